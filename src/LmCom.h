@@ -1,0 +1,18 @@
+#pragma once
+
+// LmCom: the communication library of the head unit's application processes.
+// This header is the whole exported interface.
+
+#include "AppIdentity.h"
+#include "LogBridge.h"
+#include "Pubhead.h"
+
+#include "Message/AppCommandLine.h"
+#include "Message/AppMessage.h"
+#include "Message/Bundle.h"
+#include "Message/MsgSession.h"
+#include "Message/Parcel.h"
+#include "Message/Parcelable.h"
+#include "Message/ParcelableArray.h"
+#include "Message/RemoteMessage.h"
+#include "Message/RemoteObjFormat.h"

@@ -1,0 +1,193 @@
+#include "Message/Bundle.h"
+
+#include "LogBridge.h"
+
+Bundle::Bundle() = default;
+
+Bundle::~Bundle()
+{
+    clearValues();
+}
+
+Bundle::Ptr Bundle::obtain()
+{
+    return Ptr(new Bundle());
+}
+
+void Bundle::clearValues()
+{
+    for (Parcel::ValueMap::Iterator it(m_values); it.next();)
+        delete it.getValue();
+    m_values.clear();
+}
+
+void Bundle::recycle()
+{
+    clearValues();
+    m_objects.clear();
+}
+
+Parcelable::Ptr Bundle::clone()
+{
+    auto copy = obtain();
+    for (Parcel::ValueMap::Iterator it(m_values); it.next();)
+        if (it.getValue() != nullptr)
+            copy->m_values.set(it.getKey(), new juce::var(it.getValue()->clone()));
+    for (juce::HashMap<juce::String, Parcelable::Ptr>::Iterator it(m_objects); it.next();)
+        copy->m_objects.set(it.getKey(), it.getValue());
+    return Parcelable::Ptr(copy.get());
+}
+
+//==============================================================================
+void Bundle::putValue(const juce::String& key, juce::var* value)
+{
+    if (m_values.contains(key))
+        delete m_values[key];
+    m_values.set(key, value);
+}
+
+void Bundle::putInt(const juce::String& key, int value)
+{
+    if (key.isNotEmpty())
+        putValue(key, new juce::var(value));
+}
+
+void Bundle::putBool(const juce::String& key, bool value)
+{
+    if (key.isNotEmpty())
+        putValue(key, new juce::var(value));
+}
+
+void Bundle::putDouble(const juce::String& key, double value)
+{
+    if (key.isNotEmpty())
+        putValue(key, new juce::var(value));
+}
+
+void Bundle::putString(const juce::String& key, const juce::String& value)
+{
+    if (key.isNotEmpty())
+        putValue(key, new juce::var(value));
+}
+
+void Bundle::putByteArray(const juce::String& key, const juce::MemoryBlock& value)
+{
+    if (key.isNotEmpty())
+        putValue(key, new juce::var(value));
+}
+
+void Bundle::putByteArray(const juce::String& key, const void* data, int size)
+{
+    if (key.isEmpty())
+        return;
+    if (data == nullptr || size < 0)
+        size = 0;
+    putValue(key, new juce::var(juce::MemoryBlock(data, (size_t)size)));
+}
+
+void Bundle::putBundle(const juce::String& key, const Ptr& bundle)
+{
+    putParcelable(key, Parcelable::Ptr(bundle.get()));
+}
+
+void Bundle::putParcelable(const juce::String& key, const Parcelable::Ptr& object)
+{
+    if (key.isEmpty())
+        return;
+    // A null object could not be written back; it removes the key instead.
+    if (object == nullptr)
+        m_objects.remove(key);
+    else
+        m_objects.set(key, object);
+}
+
+//==============================================================================
+const juce::var* Bundle::findValue(const juce::String& key) const
+{
+    return m_values.contains(key) ? m_values[key] : nullptr;
+}
+
+int Bundle::getInt(const juce::String& key, int defaultValue) const
+{
+    auto* value = findValue(key);
+    return value != nullptr ? (int)*value : defaultValue;
+}
+
+bool Bundle::getBool(const juce::String& key, bool defaultValue) const
+{
+    auto* value = findValue(key);
+    return value != nullptr ? (bool)*value : defaultValue;
+}
+
+double Bundle::getDouble(const juce::String& key, double defaultValue) const
+{
+    auto* value = findValue(key);
+    return value != nullptr ? (double)*value : defaultValue;
+}
+
+juce::String Bundle::getString(const juce::String& key, const juce::String& defaultValue) const
+{
+    auto* value = findValue(key);
+    return value != nullptr ? value->toString() : defaultValue;
+}
+
+juce::MemoryBlock* Bundle::getByteArray(const juce::String& key) const
+{
+    auto* value = findValue(key);
+    return value != nullptr ? value->getBinaryData() : nullptr;
+}
+
+Bundle::Ptr Bundle::getBundle(const juce::String& key) const
+{
+    // An object read from a Parcel may be of any registered class: only a Bundle is a Bundle.
+    return Ptr(dynamic_cast<Bundle*>(getParcelable(key).get()));
+}
+
+Parcelable::Ptr Bundle::getParcelable(const juce::String& key) const
+{
+    return m_objects.contains(key) ? m_objects[key] : nullptr;
+}
+
+//==============================================================================
+void Bundle::writeToParcel(Parcel* p)
+{
+    if (p == nullptr)
+        return;
+    p->writeInt(ParcelableMagic::kBundle);
+    p->writeMap(m_values);
+    writeParcelable(p);
+}
+
+void Bundle::writeParcelable(Parcel* p)
+{
+    p->writeInt(m_objects.size());
+    for (juce::HashMap<juce::String, Parcelable::Ptr>::Iterator it(m_objects); it.next();)
+    {
+        p->writeString(it.getKey());
+        it.getValue()->writeToParcel(p);
+    }
+}
+
+void Bundle::createFromParcel(Parcel* p)
+{
+    if (p == nullptr || p->readInt() != ParcelableMagic::kBundle)
+        return;
+    p->readMap(m_values);
+    readParcelable(p);
+}
+
+void Bundle::readParcelable(Parcel* p)
+{
+    const int count = p->readInt();
+    for (int i = 0; i < count; ++i)
+    {
+        const auto key = p->readString();
+        auto object = ::createFromParcel(p);
+        if (object == nullptr)
+        {
+            LogBridge::instance().logErrorF("Message/Bundle", 215, "Bundle", "readParcelable error with unknown flag");
+            return;
+        }
+        m_objects.set(key, object);
+    }
+}

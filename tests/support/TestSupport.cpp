@@ -1,0 +1,145 @@
+#include "support/TestSupport.h"
+
+#include <dlfcn.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <map>
+
+namespace LmComTesting
+{
+
+namespace
+{
+std::atomic<int> sTestCounter{0};
+
+std::map<std::string, ChildRole>& roles()
+{
+    static std::map<std::string, ChildRole> table;
+    return table;
+}
+
+void* fakeLogcat()
+{
+    // The library is loaded by the code under test; only look it up here.
+    return dlopen(LMCOM_FAKE_LOGCAT, RTLD_NOW | RTLD_NOLOAD);
+}
+} // namespace
+
+void LmComTest::SetUp()
+{
+    char pattern[] = "/tmp/lmcom-test-XXXXXX";
+    const char* made = mkdtemp(pattern);
+    ASSERT_NE(made, nullptr);
+    m_root = juce::File(made);
+    m_bus = "t" + juce::String(getpid()) + "_" + juce::String(sTestCounter++);
+    setenv("LMCOM_ROOT", made, 1);
+    setenv("LMCOM_BUS", m_bus.toRawUTF8(), 1);
+    installFakeLogcat(m_root);
+}
+
+void LmComTest::TearDown()
+{
+    if (m_root.isDirectory())
+        m_root.deleteRecursively();
+}
+
+juce::File LmComTest::systemFile(const juce::String& systemPath) const
+{
+    return juce::File(m_root.getFullPathName() + systemPath.replaceCharacter('\\', '/'));
+}
+
+void LmComTest::writeSystemFile(const juce::String& systemPath, const juce::String& content) const
+{
+    auto file = systemFile(systemPath);
+    file.getParentDirectory().createDirectory();
+    ASSERT_TRUE(file.replaceWithText(content));
+}
+
+void installFakeLogcat(const juce::File& root)
+{
+    auto bin = root.getChildFile("NandFlash/Application/Bin");
+    bin.createDirectory();
+    symlink(LMCOM_FAKE_LOGCAT, bin.getChildFile("libQN_Logcat.so").getFullPathName().toRawUTF8());
+}
+
+std::vector<std::string> LogLines::all()
+{
+    std::vector<std::string> lines;
+    void* library = fakeLogcat();
+    if (library == nullptr)
+        return lines;
+    auto count = reinterpret_cast<int (*)()>(dlsym(library, "FakeLogcat_count"));
+    auto line = reinterpret_cast<int (*)(int, char*, int)>(dlsym(library, "FakeLogcat_line"));
+    char buffer[4096];
+    for (int i = 0, n = count(); i < n; ++i)
+        if (line(i, buffer, sizeof buffer) >= 0)
+            lines.emplace_back(buffer);
+    dlclose(library);
+    return lines;
+}
+
+void LogLines::clear()
+{
+    if (void* library = fakeLogcat())
+    {
+        reinterpret_cast<void (*)()>(dlsym(library, "FakeLogcat_clear"))();
+        dlclose(library);
+    }
+}
+
+int LogLines::count(const std::string& wanted)
+{
+    int n = 0;
+    for (auto& line : all())
+        n += line == wanted ? 1 : 0;
+    return n;
+}
+
+std::string hex(const void* data, int size)
+{
+    std::string text;
+    auto* bytes = static_cast<const unsigned char*>(data);
+    for (int i = 0; i < size; ++i)
+    {
+        char part[4];
+        std::snprintf(part, sizeof part, "%02X", bytes[i]);
+        if (i > 0)
+            text += ' ';
+        text += part;
+    }
+    return text;
+}
+
+std::vector<unsigned char> unhex(const std::string& text)
+{
+    std::vector<unsigned char> bytes;
+    std::string digits;
+    for (char c : text)
+        if (std::isxdigit((unsigned char)c))
+            digits += c;
+    for (size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes.push_back((unsigned char)std::stoi(digits.substr(i, 2), nullptr, 16));
+    return bytes;
+}
+
+bool registerChildRole(const std::string& name, ChildRole role)
+{
+    roles()[name] = std::move(role);
+    return true;
+}
+
+int runChildRole(const std::string& name, const std::vector<std::string>& args)
+{
+    auto it = roles().find(name);
+    if (it == roles().end())
+    {
+        std::fprintf(stderr, "unknown child role %s\n", name.c_str());
+        return 127;
+    }
+    return it->second(args);
+}
+
+} // namespace LmComTesting
