@@ -4,12 +4,17 @@
 // This header is the whole exported interface.
 
 #include "AppIdentity.h"
+#include "LmComEntry.h"
 #include "LogBridge.h"
 #include "Pubhead.h"
 
 #include "Message/AppCommandLine.h"
 #include "Message/AppMessage.h"
+#include "Message/BroadcastReceiver.h"
 #include "Message/Bundle.h"
+#include "Message/CmdLineHelper.h"
+#include "Message/IMsgProc.h"
+#include "Message/MessageHelper.h"
 #include "Message/MsgSession.h"
 #include "Message/Parcel.h"
 #include "Message/Parcelable.h"

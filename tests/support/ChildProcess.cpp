@@ -95,9 +95,17 @@ bool ChildProcess::waitForLine(const std::string& text, int timeoutMs)
         for (; checked < m_lines.size(); ++checked)
             if (m_lines[checked].find(text) != std::string::npos)
                 return true;
-        if (m_outFd < 0 || remainingMs(deadline) == 0)
+        if (m_outFd < 0)
             return false;
-        readSome(remainingMs(deadline));
+        const int left = remainingMs(deadline);
+        // Always look at what is already in the pipe, even with no time left.
+        if (!readSome(left) && left == 0)
+        {
+            for (; checked < m_lines.size(); ++checked)
+                if (m_lines[checked].find(text) != std::string::npos)
+                    return true;
+            return false;
+        }
     }
 }
 

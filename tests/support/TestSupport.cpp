@@ -1,7 +1,11 @@
 #include "support/TestSupport.h"
 
+#include "Platform/BusFolder.h"
+#include "Platform/SharedMemory.h"
+
 #include <dlfcn.h>
 #include <stdlib.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -44,6 +48,9 @@ void LmComTest::TearDown()
 {
     if (m_root.isDirectory())
         m_root.deleteRecursively();
+    // The bus's ring and folder go with the test.
+    shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
+    juce::File(Platform::BusFolder::path()).deleteRecursively();
 }
 
 juce::File LmComTest::systemFile(const juce::String& systemPath) const

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <juce_core/juce_core.h>
+
+namespace Platform
+{
+
+/** The runtime folder of a bus, /tmp/lmcom-<uid>/<bus>/, where its endpoints live. Folders are
+    mode 0700 and owned by the user; one with another owner, a wider mode, or that is not a
+    real folder is refused, never used. */
+struct BusFolder
+{
+    /** The bus's folder name: the bus name, or "default" for the default bus. */
+    static juce::String busDirectoryName();
+
+    /** Makes (or checks) the folder of the current bus. On success returns true and sets path
+        (ending with a slash); otherwise sets error. */
+    static bool prepare(juce::String& path, juce::String& error);
+
+    /** The folder's path without checking or making it (for lookups). */
+    static juce::String path();
+
+    /** A name as a single file-name component: letters, digits, '.', '_' and '-' stay; every
+        other byte (and a leading '.') becomes %XX. "" becomes "%". */
+    static juce::String encodeName(const juce::String& name);
+    /** The inverse of encodeName. */
+    static juce::String decodeName(const juce::String& encoded);
+};
+
+} // namespace Platform
