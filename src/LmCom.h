@@ -16,3 +16,7 @@
 #include "Message/ParcelableArray.h"
 #include "Message/RemoteMessage.h"
 #include "Message/RemoteObjFormat.h"
+
+#include "Navico/NavicoHelper.h"
+#include "Navico/PGNHelper.h"
+#include "Navico/PGNPacket.h"
