@@ -20,3 +20,5 @@
 #include "Navico/NavicoHelper.h"
 #include "Navico/PGNHelper.h"
 #include "Navico/PGNPacket.h"
+
+#include "Utils/CMultiCharacter.h"
