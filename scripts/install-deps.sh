@@ -9,6 +9,7 @@ packages=(
     libinih-dev
     libgtest-dev libbenchmark-dev
     clang-format
+    python3 unicode-data
 )
 
 missing=()

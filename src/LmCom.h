@@ -21,3 +21,9 @@
 #include "Message/ParcelableArray.h"
 #include "Message/RemoteMessage.h"
 #include "Message/RemoteObjFormat.h"
+
+#include "Navico/NavicoHelper.h"
+#include "Navico/PGNHelper.h"
+#include "Navico/PGNPacket.h"
+
+#include "Utils/CMultiCharacter.h"
