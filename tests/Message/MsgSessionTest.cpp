@@ -156,6 +156,46 @@ TEST_F(MsgSessionTest, DestinationThatDiesEndsTheWaitAndItsNameCanBeTakenAgain)
     EXPECT_EQ(restarted.waitForExit(), 0);
 }
 
+TEST_F(MsgSessionTest, TwoProcessesFloodingEachOtherBothFinish)
+{
+    initRadio();
+    constexpr int kCount = 3000;
+    ChildProcess other("flood", {"0", "5", std::to_string(kCount)});
+    ASSERT_TRUE(other.waitForLine("READY"));
+
+    // Both post flat out from their message threads at the same time; neither blocks for
+    // good, and everything posted arrives, in order.
+    int posted = 0;
+    for (int i = 0; i < kCount; ++i)
+        posted += MessageHelper::postMessage(kMain, 800, i, 0, nullptr) ? 1 : 0;
+    // Keep serving meanwhile: a process that stops reading makes its peer's posts fail.
+    ASSERT_TRUE(loop->runUntil([&] { return other.waitForLine("POSTED", 0); }, 30000));
+    auto valueOf = [&other](const std::string& prefix)
+    {
+        for (auto& line : other.lines())
+            if (line.rfind(prefix, 0) == 0)
+                return std::stoi(line.substr(prefix.size()));
+        return -1;
+    };
+    const int otherPosted = valueOf("POSTED ");
+    ASSERT_TRUE(loop->runUntil([&] { return proc.count(800) == otherPosted; }, 30000));
+    MessageHelper::postMessage(kMain, 9999, 0, 0, nullptr);
+    ASSERT_TRUE(other.waitForLine("RECEIVED", 30000));
+    EXPECT_EQ(valueOf("RECEIVED "), posted);
+    EXPECT_EQ(other.waitForExit(), 0);
+
+    EXPECT_EQ(posted, kCount);
+    EXPECT_EQ(otherPosted, kCount);
+    int expected = 0;
+    for (auto& seen : proc.seen)
+    {
+        if (seen.own && seen.code == 800)
+        {
+            EXPECT_EQ(seen.param1, expected++);
+        }
+    }
+}
+
 TEST_F(MsgSessionTest, BroadcastsReachEveryProcessButNavigation)
 {
     writeSystemFile("/NandFlash/Application/Bin/QN_MAIN.ini", "[NAVIGATION]\nTITLE=Navi Map\n");

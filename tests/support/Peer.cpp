@@ -4,6 +4,8 @@
 
 #include "support/TestSupport.h"
 
+#include "Platform/Endpoint.h"
+
 #include <unistd.h>
 
 namespace LmComTesting
@@ -176,4 +178,29 @@ LMCOM_CHILD_ROLE(writer)
     return 0;
 }
 
+} // namespace LmComTesting
+
+namespace LmComTesting
+{
+// args: eAppType otherType count: waits for the other endpoint, posts `count` messages to it as
+// fast as it can while the other does the same, then serves until the other's quit message.
+LMCOM_CHILD_ROLE(flood)
+{
+    MessageLoop loop;
+    const int type = std::stoi(args.at(0)), other = std::stoi(args.at(1)), count = std::stoi(args.at(2));
+    RecordingProc proc;
+    IPCMsg::MessageHelper::config(type, getDestName);
+    MsgSession session;
+    if (!session.init(&proc))
+        return 3;
+    say("READY");
+    loop.runUntil([other] { return Platform::Endpoint::exists(IPCMsg::MessageHelper::getDestName(other)); }, 10000);
+    int posted = 0;
+    for (int i = 0; i < count; ++i)
+        posted += IPCMsg::MessageHelper::postMessage(other, 800, i, 0, nullptr) ? 1 : 0;
+    say("POSTED %d", posted);
+    loop.runUntil([&proc] { return proc.count(9999) > 0; }, 30000);
+    say("RECEIVED %d", proc.count(800));
+    return 0;
+}
 } // namespace LmComTesting
