@@ -457,7 +457,7 @@ bool Endpoint::exists(const juce::String& name)
 bool Endpoint::post(const juce::String& name, const WindowMessage& message)
 {
     const Datagram datagram{kKindPost, message.msg, message.wParam, message.lParam, message.check, 0};
-    bool delivered = false;
+    bool delivered = false, waited = false;
     for (int attempt = 0; attempt < 2 && !delivered; ++attempt)
     {
         auto target = cachedSocket(name, attempt > 0);
@@ -478,19 +478,20 @@ bool Endpoint::post(const juce::String& name, const WindowMessage& message)
             {
                 const int left = remainingMs(deadline);
                 if (left == 0)
-                {
-                    scheduleBacklogs();
-                    return false;
-                }
+                    break;
                 waitFor(target->fd, POLLOUT, left, false);
+                waited = true;
                 continue;
             }
             // The destination went away (or was restarted): try a fresh connection once.
             dropCached(name, target);
             break;
         }
+        if (!delivered && waited)
+            break; // it stayed full
     }
-    scheduleBacklogs();
+    if (waited)
+        scheduleBacklogs();
     return delivered;
 }
 
