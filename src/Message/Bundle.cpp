@@ -16,6 +16,9 @@ Bundle::Ptr Bundle::obtain()
 
 void Bundle::clearValues()
 {
+    // Clearing walks all 101 slots: skip it for an empty map.
+    if (m_values.size() == 0)
+        return;
     for (Parcel::ValueMap::Iterator it(m_values); it.next();)
         delete it.getValue();
     m_values.clear();
@@ -24,7 +27,8 @@ void Bundle::clearValues()
 void Bundle::recycle()
 {
     clearValues();
-    m_objects.clear();
+    if (m_objects.size() > 0)
+        m_objects.clear();
 }
 
 Parcelable::Ptr Bundle::clone()
