@@ -22,6 +22,13 @@
 #include "Message/RemoteMessage.h"
 #include "Message/RemoteObjFormat.h"
 
+#include "main/applicationapi/InfoBT.h"
+#include "main/applicationapi/InfoMedia.h"
+#include "main/applicationapi/InfoSatRadio.h"
+#include "main/applicationapi/InfoSource.h"
+#include "main/applicationapi/InfoTuner.h"
+#include "main/applicationapi/PlayInfo.h"
+
 #include "Navico/NavicoHelper.h"
 #include "Navico/PGNHelper.h"
 #include "Navico/PGNPacket.h"
