@@ -42,4 +42,6 @@
 #include "Navico/PGNHelper.h"
 #include "Navico/PGNPacket.h"
 
+#include "Utils/AppConfig.h"
 #include "Utils/CMultiCharacter.h"
+#include "Utils/CorvaneConfig.h"
