@@ -35,7 +35,7 @@ TEST_F(MainServiceManagerTest, AppStartedFirstKeepsFiftyRequestsUntilTheAcknowle
     {
         EXPECT_EQ(std::make_tuple(s.code, s.param1, s.param2, s.sender),
                   std::make_tuple(ServiceCode::kConnectRequest, (int)kRadio, 0, (int)kRadio));
-        EXPECT_TRUE(previous == 0 || (s.timeMs - previous >= 900 && s.timeMs - previous <= 3000))
+        EXPECT_TRUE(previous == 0 || (s.timeMs - previous >= 700 && s.timeMs - previous <= 3000))
             << s.timeMs - previous;
         previous = s.timeMs;
     }
