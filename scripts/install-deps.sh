@@ -7,6 +7,7 @@ packages=(
     cmake ninja-build g++ pkg-config
     juce-modules-source zlib1g-dev
     libinih-dev
+    libfontconfig-dev fonts-dejavu-core
     libgtest-dev libbenchmark-dev
     clang-format
     python3 unicode-data

@@ -564,7 +564,8 @@ std::vector<Endpoint::Listing> Endpoint::list()
 {
     std::vector<Listing> listing;
     const juce::File folder(BusFolder::path());
-    for (auto& file : folder.findChildFiles(juce::File::findFiles, false, "*.sock"))
+    // Directories too: JUCE tests S_IFDIR as a bit, and a socket's mode has that bit set.
+    for (auto& file : folder.findChildFiles(juce::File::findFilesAndDirectories, false, "*.sock"))
     {
         const auto stem = file.getFullPathName().dropLastCharacters(5);
         listing.push_back({BusFolder::decodeName(file.getFileNameWithoutExtension()), isAliveStem(stem)});
