@@ -2,6 +2,50 @@
 
 #include "LogBridge.h"
 
+#include <climits>
+#include <cmath>
+
+namespace
+{
+// juce::var's own conversions, except that values from another process never reach an
+// out-of-range cast: a text's digits saturate instead of overflowing, a huge double is clamped.
+juce::int64 textToInt64(const juce::String& text)
+{
+    auto p = text.getCharPointer().findEndOfWhitespace();
+    const bool negative = *p == '-';
+    if (negative)
+        ++p;
+    juce::int64 value = 0;
+    while (juce::CharacterFunctions::isDigit(*p) && value <= (juce::int64)INT_MAX + 1)
+        value = value * 10 + (p.getAndAdvance() - '0');
+    return negative ? -value : value;
+}
+
+int toInt(const juce::var& value)
+{
+    if (value.isString())
+        return (int)juce::jlimit((juce::int64)INT_MIN, (juce::int64)INT_MAX, textToInt64(value.toString()));
+    if (value.isDouble())
+    {
+        const double d = (double)value;
+        return std::isnan(d) ? 0 : (int)juce::jlimit((double)INT_MIN, (double)INT_MAX, d);
+    }
+    if (value.isInt64())
+        return (int)juce::jlimit((juce::int64)INT_MIN, (juce::int64)INT_MAX, (juce::int64)value);
+    return (int)value;
+}
+
+bool toBool(const juce::var& value)
+{
+    if (value.isString())
+    {
+        const auto text = value.toString().trim();
+        return textToInt64(text) != 0 || text.equalsIgnoreCase("true") || text.equalsIgnoreCase("yes");
+    }
+    return (bool)value;
+}
+} // namespace
+
 Bundle::Bundle() = default;
 
 Bundle::~Bundle()
@@ -114,13 +158,13 @@ const juce::var* Bundle::findValue(const juce::String& key) const
 int Bundle::getInt(const juce::String& key, int defaultValue) const
 {
     auto* value = findValue(key);
-    return value != nullptr ? (int)*value : defaultValue;
+    return value != nullptr ? toInt(*value) : defaultValue;
 }
 
 bool Bundle::getBool(const juce::String& key, bool defaultValue) const
 {
     auto* value = findValue(key);
-    return value != nullptr ? (bool)*value : defaultValue;
+    return value != nullptr ? toBool(*value) : defaultValue;
 }
 
 double Bundle::getDouble(const juce::String& key, double defaultValue) const

@@ -352,7 +352,7 @@ bool MsgSession::init(IMsgProc* proc)
                                        juce::String("init AppType: ") + appTypeName(m_nSender) + " create again!");
         return false;
     };
-    if (Platform::Endpoint::exists(name))
+    if (Platform::Endpoint::isAlive(name))
         return createAgain();
 
     Platform::Endpoint::OpenResult result;

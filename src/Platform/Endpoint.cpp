@@ -113,11 +113,6 @@ bool isAliveStem(const juce::String& stem)
     return !free;
 }
 
-bool isAlive(const juce::String& name)
-{
-    return isAliveStem(fileStem(BusFolder::path(), name));
-}
-
 SocketPtr connectTo(const juce::String& name)
 {
     sockaddr_un address;
@@ -449,6 +444,11 @@ Endpoint::~Endpoint()
     close(m_impl->lockFd);
 }
 
+bool Endpoint::isAlive(const juce::String& name)
+{
+    return isAliveStem(fileStem(BusFolder::path(), name));
+}
+
 bool Endpoint::exists(const juce::String& name)
 {
     return cachedSocket(name, false) != nullptr;
@@ -532,7 +532,7 @@ bool Endpoint::send(const juce::String& name, const WindowMessage& message)
             continue;
         if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK))
         {
-            if (!waitFor(reply.fd, POLLOUT, kAliveCheckMs, true) && !isAlive(name))
+            if (!waitFor(reply.fd, POLLOUT, kAliveCheckMs, true) && !Endpoint::isAlive(name))
             {
                 scheduleBacklogs();
                 return true;
@@ -553,7 +553,7 @@ bool Endpoint::send(const juce::String& name, const WindowMessage& message)
                 break;
             continue;
         }
-        if (!isAlive(name))
+        if (!Endpoint::isAlive(name))
             break;
     }
     scheduleBacklogs();

@@ -54,8 +54,14 @@ public:
     juce::int64 id() const { return m_nId; }
     const juce::String& name() const { return m_name; }
 
-    /** Whether a live endpoint has this name. Any thread. */
+    /** Whether this process can reach an endpoint of this name. Answered from the connection
+        kept for posting when there is one, so an endpoint that closed since is still reported
+        until a post to it fails (which forgets it). Any thread. */
     static bool exists(const juce::String& name);
+
+    /** Whether a live endpoint holds this name right now (asks the system, never a cache).
+        Any thread. */
+    static bool isAlive(const juce::String& name);
 
     /** Queues a message for the named endpoint without waiting for it to be handled. When the
         destination's queue is full, waits up to kPostWaitMs for room (on the message thread,

@@ -2,6 +2,9 @@
 
 #include <LmCom.h>
 
+#include <climits>
+#include <cmath>
+
 using LmComTesting::hex;
 
 namespace
@@ -55,6 +58,18 @@ TEST_F(BundleTest, PutsAndConversions)
     EXPECT_EQ(b->getInt("d", 0), 2);
     b->putBool("t", true);
     EXPECT_TRUE(b->getBool("t", false));
+    // Values from another process convert without ever overflowing.
+    b->putString("big", " 99999999999999999999");
+    b->putString("low", "-2147483648");
+    b->putString("yes", " yes ");
+    b->putDouble("huge", 1e300);
+    b->putDouble("nan", std::nan(""));
+    EXPECT_EQ(b->getInt("big", 0), INT_MAX);
+    EXPECT_EQ(b->getInt("low", 0), INT_MIN);
+    EXPECT_TRUE(b->getBool("big", false));
+    EXPECT_TRUE(b->getBool("yes", false));
+    EXPECT_EQ(b->getInt("huge", 0), INT_MAX);
+    EXPECT_EQ(b->getInt("nan", 7), 0);
     EXPECT_EQ(b->getByteArray("t"), nullptr);
     b->putByteArray("x", "\x01\x02\x03", 3);
     ASSERT_NE(b->getByteArray("x"), nullptr);

@@ -154,6 +154,12 @@ TEST_F(MsgSessionTest, DestinationThatDiesEndsTheWaitAndItsNameCanBeTakenAgain)
     EXPECT_TRUE(loop->runUntil([&] { return proc.count(6) == 1; }));
     MessageHelper::postMessage(kMain, 9999, 0, 0, nullptr);
     EXPECT_EQ(restarted.waitForExit(), 0);
+
+    // This process posted to that name before: it can still take the name itself now.
+    MsgSession::purgeAll();
+    MessageHelper::config(kMain, getDestName);
+    MsgSession asMain;
+    EXPECT_TRUE(asMain.init(&proc));
 }
 
 TEST_F(MsgSessionTest, TwoProcessesFloodingEachOtherBothFinish)
