@@ -1,6 +1,7 @@
 #include "support/TestSupport.h"
 
 #include "Platform/BusFolder.h"
+#include "Platform/BusStatistics.h"
 #include "Platform/SharedMemory.h"
 
 #include <dlfcn.h>
@@ -48,8 +49,9 @@ void LmComTest::TearDown()
 {
     if (m_root.isDirectory())
         m_root.deleteRecursively();
-    // The bus's ring and folder go with the test.
+    // The bus's ring, its statistics and its folder go with the test.
     shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
+    shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
     juce::File(Platform::BusFolder::path()).deleteRecursively();
 }
 
