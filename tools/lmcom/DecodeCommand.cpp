@@ -209,7 +209,9 @@ int DecodeCommand::decodePgn(const Arguments& arguments, const std::vector<unsig
     }
     out += "PGN error code " + std::to_string(packet->getPGNErrorCode()) + ", transmit error code "
            + std::to_string(packet->getTransmitErrorCode()) + "\n";
-    out += std::string("parse: ") + (parsed ? (packet->isValid() ? "valid" : "read, with errors") : "failed") + "\n";
+    out += std::string("parse: ")
+           + (parsed ? (packet->isValid() ? "succeeded, packet valid" : "succeeded, packet not valid") : "failed")
+           + "\n";
     out += "ack: " + hexOf(packet->getAckPacket()) + "\n";
     if (!parsed)
         out += "nack: " + hexOf(packet->getNAckPacket()) + "\n";
