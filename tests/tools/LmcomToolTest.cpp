@@ -263,10 +263,13 @@ TEST_F(LmcomToolTest, DecodePrintsTheObjectsOfAParcelAndAParameterGroup)
     const auto json = lmcom({"decode", "parcel", "@" + file.getFullPathName().toStdString(), "--json"});
     EXPECT_EQ(json.status, 0);
     ASSERT_EQ(json.out.size(), 2u);
-    EXPECT_EQ(json.out[1], R"({"type":"undecoded","offset":)" + std::to_string(end) + R"(,"bytes":"AB"})");
+    EXPECT_EQ(json.out[1], R"({"offset":)" + std::to_string(end) + R"(,"undecoded":"AB"})");
     const auto tree = Json::parse(json.out[0]);
-    EXPECT_EQ(tree["object"]["values"]["nan"].dump(), R"({"type":"double","value":"NaN"})");
-    EXPECT_EQ(tree["object"]["objects"]["list"]["elements"][1]["senderName"], "-1");
+    EXPECT_EQ(tree["offset"], 0);
+    const auto& bundle = tree["object"]["object"];
+    EXPECT_EQ(bundle["values"]["nan"].dump(), R"({"type":"double","value":"NaN"})");
+    EXPECT_EQ(bundle["values"]["key with space"]["value"], "x\ty");
+    EXPECT_EQ(bundle["objects"]["list"]["elements"][1]["senderName"], "-1");
 
     // Every cut of the bytes decodes to something or fails cleanly.
     for (int cut = 0; cut < parcel->dataSize(); cut += 7)

@@ -134,11 +134,14 @@ int DecodeCommand::decodeParcel(const Arguments& arguments, const std::vector<un
         const int missing = parcel->dataAvail() < 0 ? -parcel->dataAvail() : 0;
         if (json)
         {
-            auto tree = ObjectJson::of(*object);
-            tree["offset"] = start;
+            JsonWriter writer(out);
+            writer.beginObject().key("offset").value(start);
             if (missing > 0)
-                tree["missingBytes"] = missing;
-            out += ObjectJson::dump(tree) + "\n";
+                writer.key("missingBytes").value(missing);
+            writer.key("object");
+            ObjectJson::write(writer, *object);
+            writer.endObject();
+            out += "\n";
         }
         else
         {
@@ -153,11 +156,10 @@ int DecodeCommand::decodeParcel(const Arguments& arguments, const std::vector<un
         const auto* rest = parcel->data() + parcel->dataPosition();
         if (json)
         {
-            ObjectJson::Json tail;
-            tail["type"] = "undecoded";
-            tail["offset"] = parcel->dataPosition();
-            tail["bytes"] = Hex::format(rest, (size_t)left, false);
-            out += ObjectJson::dump(tail) + "\n";
+            JsonWriter writer(out);
+            writer.beginObject().key("offset").value(parcel->dataPosition()).key("undecoded").hex(rest, (size_t)left);
+            writer.endObject();
+            out += "\n";
         }
         else
             out += "[" + std::to_string(left) + " bytes not decoded at offset " + std::to_string(parcel->dataPosition())

@@ -54,14 +54,14 @@ std::string Hex::format(const unsigned char* data, size_t size, bool spaced, siz
 {
     static const char kDigits[] = "0123456789ABCDEF";
     const size_t shown = size < limit ? size : limit;
-    std::string text;
-    text.reserve(shown * 3 + 4);
+    std::string text(shown == 0 ? 0 : (spaced ? shown * 3 - 1 : shown * 2), ' ');
+    char* p = text.data();
     for (size_t i = 0; i < shown; ++i)
     {
         if (spaced && i > 0)
-            text += ' ';
-        text += kDigits[data[i] >> 4];
-        text += kDigits[data[i] & 15];
+            ++p; // the blank is there already
+        *p++ = kDigits[data[i] >> 4];
+        *p++ = kDigits[data[i] & 15];
     }
     if (shown < size)
         text += " ...";

@@ -1,7 +1,7 @@
 #include "ListCommand.h"
 
 #include "AppTypeNames.h"
-#include "ObjectJson.h"
+#include "JsonWriter.h"
 #include "ObjectTree.h"
 
 #include "Platform/Endpoint.h"
@@ -58,12 +58,15 @@ int ListCommand::run(const Arguments& arguments)
     {
         for (auto& row : rows)
         {
-            ObjectJson::Json json;
-            json["title"] = row.name;
-            json["type"] = row.type >= 0 ? ObjectJson::Json(row.type) : ObjectJson::Json();
-            json["name"] = row.type >= 0 ? ObjectJson::Json(AppTypeNames::printable(row.type)) : ObjectJson::Json();
-            json["alive"] = row.alive;
-            std::printf("%s\n", ObjectJson::dump(json).c_str());
+            std::string line;
+            JsonWriter json(line);
+            json.beginObject().key("title").value(row.name).key("type");
+            if (row.type >= 0)
+                json.value(row.type).key("name").value(AppTypeNames::printable(row.type));
+            else
+                json.null().key("name").null();
+            json.key("alive").value(row.alive).endObject();
+            std::printf("%s\n", line.c_str());
         }
         return 0;
     }

@@ -22,6 +22,8 @@ namespace LmComTool
 namespace
 {
 volatile std::sig_atomic_t sStop = 0;
+// An eighth of the ring behind the writers: no pause before the next poll.
+constexpr int kBusyBytes = MsgSession::kRingSize / 8;
 
 void onSignal(int)
 {
@@ -135,9 +137,11 @@ int MonitorCommand::run(const Arguments& arguments)
         failed = std::fwrite(text.data(), 1, text.size(), stdout) != text.size();
     };
 
+    // Reads in batches: a short sleep between polls, none while the writers are far ahead.
     while (sStop == 0 && !failed && (count == 0 || printed < count))
     {
-        if (follower.poll(sink) > 0)
+        follower.poll(sink);
+        if (follower.lastPollBytes() >= kBusyBytes)
             continue;
         failed = std::fflush(stdout) != 0;
         std::this_thread::sleep_for(std::chrono::milliseconds(1));

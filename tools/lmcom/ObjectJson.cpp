@@ -1,10 +1,8 @@
 #include "ObjectJson.h"
 
 #include "AppTypeNames.h"
-#include "Hex.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 #include <vector>
 
@@ -26,94 +24,76 @@ std::vector<juce::String> sortedKeys(const Map& map)
 }
 } // namespace
 
-ObjectJson::Json ObjectJson::value(const juce::var& value)
+void ObjectJson::writeValue(JsonWriter& json, const juce::var& value)
 {
-    Json json;
+    json.beginObject();
     if (value.isBool())
-    {
-        json["type"] = "bool";
-        json["value"] = (bool)value;
-    }
+        json.key("type").value("bool").key("value").value((bool)value);
     else if (value.isInt() || value.isInt64())
-    {
-        json["type"] = "int";
-        json["value"] = (juce::int64)value;
-    }
+        json.key("type").value("int").key("value").value((long long)(juce::int64)value);
     else if (value.isDouble())
-    {
-        const double d = value;
-        json["type"] = "double";
-        if (std::isfinite(d))
-            json["value"] = d;
-        else
-            json["value"] = std::isnan(d) ? "NaN" : (d > 0 ? "Infinity" : "-Infinity");
-    }
+        json.key("type").value("double").key("value").value((double)value);
     else if (value.isString())
-    {
-        json["type"] = "string";
-        json["value"] = value.toString().toStdString();
-    }
+        json.key("type").value("string").key("value").value(value.toString().toRawUTF8());
     else if (auto* block = value.getBinaryData())
-    {
-        json["type"] = "bytes";
-        json["value"] = Hex::format(static_cast<const unsigned char*>(block->getData()), block->getSize(), false);
-    }
+        json.key("type").value("bytes").key("value").hex(static_cast<const unsigned char*>(block->getData()),
+                                                         block->getSize());
     else
-        json["type"] = "unknown";
-    return json;
+        json.key("type").value("unknown");
+    json.endObject();
 }
 
-void ObjectJson::addMessageFields(Json& json, const RemoteMessage& message)
+void ObjectJson::writeMessageFields(JsonWriter& json, const RemoteMessage& message)
 {
-    json["sender"] = message.sender;
-    json["senderName"] = AppTypeNames::printable(message.sender);
-    json["code"] = message.code;
-    json["param1"] = message.param1;
-    json["param2"] = message.param2;
+    json.key("sender").value(message.sender);
+    json.key("senderName").value(AppTypeNames::printable(message.sender));
+    json.key("code").value(message.code);
+    json.key("param1").value(message.param1);
+    json.key("param2").value(message.param2);
 }
 
-ObjectJson::Json ObjectJson::of(Parcelable& object)
+void ObjectJson::write(JsonWriter& json, Parcelable& object)
 {
-    Json json;
+    json.beginObject();
     if (auto* bundle = dynamic_cast<Bundle*>(&object))
     {
-        json["type"] = "Bundle";
-        Json values = Json::object();
-        for (auto& key : sortedKeys(bundle->getValueMap()))
-            if (const juce::var* stored = bundle->getValueMap()[key])
-                values[key.toStdString()] = value(*stored);
-        Json objects = Json::object();
-        for (auto& key : sortedKeys(bundle->getObjectMap()))
-            objects[key.toStdString()] = of(*bundle->getObjectMap()[key]);
-        json["values"] = std::move(values);
-        json["objects"] = std::move(objects);
+        json.key("type").value("Bundle").key("values").beginObject();
+        const auto& values = bundle->getValueMap();
+        for (auto& name : sortedKeys(values))
+            if (const juce::var* stored = values[name])
+            {
+                json.key(name.toRawUTF8());
+                writeValue(json, *stored);
+            }
+        json.endObject().key("objects").beginObject();
+        const auto& objects = bundle->getObjectMap();
+        for (auto& name : sortedKeys(objects))
+        {
+            json.key(name.toRawUTF8());
+            write(json, *objects[name]);
+        }
+        json.endObject();
     }
     else if (auto* array = dynamic_cast<ParcelableArray*>(&object))
     {
-        json["type"] = "ParcelableArray";
-        Json elements = Json::array();
+        json.key("type").value("ParcelableArray").key("elements").beginArray();
         for (auto& element : array->getParcelableVector())
-            elements.push_back(of(*element));
-        json["elements"] = std::move(elements);
+            write(json, *element);
+        json.endArray();
     }
     else if (auto* message = dynamic_cast<RemoteMessage*>(&object))
     {
-        json["type"] = "RemoteMessage";
-        addMessageFields(json, *message);
-        json["object"] = message->object != nullptr ? of(*message->object) : Json();
+        json.key("type").value("RemoteMessage");
+        writeMessageFields(json, *message);
+        json.key("object");
+        if (message->object != nullptr)
+            write(json, *message->object);
+        else
+            json.null();
     }
     else
-    {
-        json["type"] = "unknown";
-        json["magic"] = object.getFlags();
-    }
-    return json;
-}
-
-std::string ObjectJson::dump(const Json& json)
-{
-    // Strings are valid UTF-8 as rebuilt, but a replacement keeps a damaged one from throwing.
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+        json.key("type").value("unknown").key("magic").value(object.getFlags());
+    json.endObject();
 }
 
 } // namespace LmComTool

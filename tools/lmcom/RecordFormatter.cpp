@@ -1,6 +1,7 @@
 #include "RecordFormatter.h"
 
 #include "Hex.h"
+#include "JsonWriter.h"
 #include "ObjectJson.h"
 #include "ObjectTree.h"
 
@@ -61,39 +62,48 @@ std::string RecordFormatter::timeText(std::chrono::system_clock::time_point when
     const auto micros = duration_cast<microseconds>(when.time_since_epoch()).count();
     const std::time_t seconds = (std::time_t)(micros / 1000000);
     const int fraction = (int)(micros % 1000000);
-    std::tm parts = {};
-    char text[64];
+    // The part up to the second changes once a second: made once per second per kind.
+    thread_local std::time_t cachedSeconds[2] = {-1, -1};
+    thread_local char cachedText[2][40];
+    char* text = cachedText[json ? 1 : 0];
+    if (cachedSeconds[json ? 1 : 0] != seconds)
+    {
+        std::tm parts = {};
+        if (json)
+            gmtime_r(&seconds, &parts);
+        else
+            localtime_r(&seconds, &parts);
+        std::strftime(text, 32, json ? "%Y-%m-%dT%H:%M:%S" : "%H:%M:%S", &parts);
+        cachedSeconds[json ? 1 : 0] = seconds;
+    }
+    std::string result(text);
+    char digits[8];
+    for (int i = 6, rest = fraction; i >= 1; --i, rest /= 10)
+        digits[i] = (char)('0' + rest % 10);
+    digits[0] = '.';
+    result.append(digits, 7);
     if (json)
-    {
-        gmtime_r(&seconds, &parts);
-        const size_t n = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts);
-        std::snprintf(text + n, sizeof text - n, ".%06dZ", fraction);
-    }
-    else
-    {
-        localtime_r(&seconds, &parts);
-        const size_t n = std::strftime(text, sizeof text, "%H:%M:%S", &parts);
-        std::snprintf(text + n, sizeof text - n, ".%06d", fraction);
-    }
-    return text;
+        result += 'Z';
+    return result;
 }
 
 bool RecordFormatter::format(const RingFollower::Event& event, std::chrono::system_clock::time_point when,
                              std::string& out) const
 {
     using Kind = RingFollower::Event::Kind;
-    using Json = ObjectJson::Json;
 
     if (event.kind == Kind::missed)
     {
         if (m_json)
         {
-            Json json;
-            json["time"] = timeText(when, true);
-            json["kind"] = "missed";
-            json["missed"] = event.missed ? Json(*event.missed) : Json();
-            json["reason"] = event.problem;
-            out += ObjectJson::dump(json) + "\n";
+            JsonWriter json(out);
+            json.beginObject().key("time").value(timeText(when, true)).key("kind").value("missed").key("missed");
+            if (event.missed)
+                json.value(*event.missed);
+            else
+                json.null();
+            json.key("reason").value(event.problem).endObject();
+            out += "\n";
         }
         else
             out += timeText(when, false) + " MISSED " + (event.missed ? std::to_string(*event.missed) : "?")
@@ -101,14 +111,16 @@ bool RecordFormatter::format(const RingFollower::Event& event, std::chrono::syst
         return true;
     }
 
-    Json json;
-    if (m_json)
+    // The JSON head, written only once the record is known to be shown.
+    const auto jsonHead = [&](JsonWriter& json)
     {
-        json["time"] = timeText(when, true);
-        json["record"] = event.number ? Json(*event.number) : Json();
-        json["offset"] = event.offset;
-        json["length"] = event.length;
-    }
+        json.beginObject().key("time").value(timeText(when, true)).key("record");
+        if (event.number)
+            json.value(*event.number);
+        else
+            json.null();
+        json.key("offset").value(event.offset).key("length").value(event.length);
+    };
     const std::string head = timeText(when, false) + " " + numberText(event.number)
                              + " off=" + std::to_string(event.offset) + " len=" + std::to_string(event.length) + " ";
 
@@ -116,9 +128,10 @@ bool RecordFormatter::format(const RingFollower::Event& event, std::chrono::syst
     {
         if (m_json)
         {
-            json["kind"] = "invalid";
-            json["error"] = event.problem;
-            out += ObjectJson::dump(json) + "\n";
+            JsonWriter json(out);
+            jsonHead(json);
+            json.key("kind").value("invalid").key("error").value(event.problem).endObject();
+            out += "\n";
         }
         else
             out += head + "INVALID " + event.problem + "\n";
@@ -139,36 +152,43 @@ bool RecordFormatter::format(const RingFollower::Event& event, std::chrono::syst
     Parcelable::Ptr shown; // the object printed under the head line
     if (m_json)
     {
+        JsonWriter json(out);
+        jsonHead(json);
         if (decoded.message != nullptr)
         {
-            json["kind"] = "message";
-            ObjectJson::addMessageFields(json, *decoded.message);
-            json["object"] = decoded.message->object != nullptr ? ObjectJson::of(*decoded.message->object) : Json();
+            json.key("kind").value("message");
+            ObjectJson::writeMessageFields(json, *decoded.message);
+            shown = decoded.message->object;
         }
         else if (decoded.broadcast != nullptr)
         {
-            json["kind"] = "broadcast";
-            json["action"] = decoded.broadcast->getString("action", {}).toStdString();
-            const auto inner = decoded.broadcast->getParcelable("bundle");
-            json["object"] = inner != nullptr ? ObjectJson::of(*inner) : Json();
+            json.key("kind").value("broadcast");
+            json.key("action").value(decoded.broadcast->getString("action", {}).toRawUTF8());
+            shown = decoded.broadcast->getParcelable("bundle");
         }
         else if (decoded.object != nullptr)
         {
-            json["kind"] = "object";
-            json["object"] = ObjectJson::of(*decoded.object);
+            json.key("kind").value("object");
+            shown = decoded.object;
         }
         else
+            json.key("kind").value("undecodable").key("payload").hex(event.payload, (size_t)event.length);
+        if (decoded.object != nullptr)
         {
-            json["kind"] = "undecodable";
-            json["payload"] = Hex::format(event.payload, (size_t)event.length, false);
+            json.key("object");
+            if (shown != nullptr)
+                ObjectJson::write(json, *shown);
+            else
+                json.null();
         }
         if (decoded.trailingBytes > 0)
-            json["trailingBytes"] = decoded.trailingBytes;
+            json.key("trailingBytes").value(decoded.trailingBytes);
         if (decoded.missingBytes > 0)
-            json["missingBytes"] = decoded.missingBytes;
+            json.key("missingBytes").value(decoded.missingBytes);
         if (event.endsAtRingEnd)
-            json["endsAtRingEnd"] = true;
-        out += ObjectJson::dump(json) + "\n";
+            json.key("endsAtRingEnd").value(true);
+        json.endObject();
+        out += "\n";
         return true;
     }
 

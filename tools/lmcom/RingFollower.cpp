@@ -17,7 +17,7 @@ constexpr int kRingSize = MsgSession::kRingSize;
 constexpr int kDataStart = MsgSession::kDataStart;
 constexpr int kRecordOverhead = MsgSession::kRecordOverhead;
 constexpr int kNextWriteField = 8;
-constexpr int kSettleTries = 64;
+constexpr int kSettleTries = 8;
 const unsigned char kMagic[4] = {'m', 's', 'g', 0};
 
 bool hasMagic(const unsigned char* p)
@@ -88,12 +88,41 @@ void RingFollower::start()
 int RingFollower::poll(const Sink& sink)
 {
     int events = 0;
+    const int startCursor = m_cursor;
+    const std::uint32_t startLap = m_lap;
+    struct Measure
+    {
+        RingFollower& follower;
+        int startCursor;
+        std::uint32_t startLap;
+        ~Measure()
+        {
+            follower.m_lastPollBytes = follower.m_lap == startLap && follower.m_cursor >= startCursor
+                                           ? follower.m_cursor - startCursor
+                                           : kRingSize;
+        }
+    } measure{*this, startCursor, startLap};
+
     // A finished lap is followed by the new one in the same call; catching up may repeat.
     for (int round = 0; round < 4; ++round)
     {
         const auto observation = observe();
         if (!isPosition(observation.next))
             return events; // a damaged header: nothing to follow until it is sound again
+        if (m_statistics != nullptr)
+        {
+            // Some record is half written: look again soon rather than read it now.
+            if (!observation.settled)
+            {
+                const auto now = Clock::now();
+                if (!m_unsettledSince)
+                    m_unsettledSince = now;
+                if (now - *m_unsettledSince < kRetryTime)
+                    return events;
+            }
+            else
+                m_unsettledSince.reset();
+        }
 
         if (m_statistics == nullptr)
         {

@@ -27,9 +27,10 @@ namespace LmComTool
     count is exact; with several writing at the same instant it may be off by those in flight.
     Without bus statistics laps cannot be told apart and the count is unknown.
 
-    A record that fails validation is reported as invalid. While some record is still being
-    written (the statistics say so), a failing record is read again for a short while first.
-    One thread.
+    A record that fails validation is reported as invalid. The follower reads when the
+    statistics say that no record is half written; when writers are never all done for
+    kRetryTime, it reads all the same, and then reads a failing record again for a short while
+    before it reports it. One thread.
 */
 class RingFollower
 {
@@ -71,8 +72,12 @@ public:
 
     /** Starts at the writers' current position: only records written from now on count. */
     void start();
-    /** Reports what was written since the last call. Returns the number of events. */
+    /** Reports what was written since the last call. Returns the number of events. While a
+        record is half written it waits for the next call (up to kRetryTime), so that nothing
+        is read that is still being written. */
     int poll(const Sink& sink);
+    /** How many bytes of the ring the last poll went through. */
+    int lastPollBytes() const { return m_lastPollBytes; }
 
     int cursor() const { return m_cursor; }
     std::uint32_t lap() const { return m_lap; }
@@ -120,6 +125,8 @@ private:
     std::optional<int> m_retryOffset;
     Clock::time_point m_retrySince;
     std::optional<Clock::time_point> m_uncountedWrapSince;
+    std::optional<Clock::time_point> m_unsettledSince;
+    int m_lastPollBytes = 0;
     std::uint64_t m_recordsSeen = 0;
     std::uint64_t m_invalidSeen = 0;
     std::uint64_t m_missedCounted = 0;
