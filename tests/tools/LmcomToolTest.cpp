@@ -164,6 +164,7 @@ TEST_F(LmcomToolTest, MisuseGivesOneErrorLineAndStatusTwo)
         {},
         {"frobnicate"},
         {"--colour", "list"},
+        {"--bus"},
         {"list", "extra"},
         {"list", "--bogus"},
         {"monitor", "--code"},

@@ -82,7 +82,9 @@ int Tool::run(const std::vector<std::string>& words)
             std::fputs(overview().c_str(), stdout);
             return 0;
         }
-        if (word == "--bus" && first + 1 < words.size())
+        if (word == "--bus" && first + 1 == words.size())
+            throw UsageError("lmcom: --bus needs a value (lmcom --help)");
+        if (word == "--bus")
         {
             bus = words[++first];
             busGiven = true;
