@@ -8,12 +8,17 @@
 // Usage: LmComMonitorBench [messages]
 #include <LmCom.h>
 
+#include "Platform/BusFolder.h"
+#include "Platform/BusStatistics.h"
+#include "Platform/SharedMemory.h"
+
 #include <juce_events/juce_events.h>
 
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -134,7 +139,7 @@ RemoteMessage::Ptr message(int seq)
 
 void run(const char* mode, bool json, int count, bool withMonitor = true)
 {
-    const std::string bus = "monbench" + std::to_string(getpid()) + mode + (json ? "j" : "t");
+    const std::string bus = "monbench" + std::to_string(getppid()) + mode + (json ? "j" : "t");
     setenv("LMCOM_BUS", bus.c_str(), 1);
     const bool posting = std::string(mode) == "post";
 
@@ -208,7 +213,15 @@ void run(const char* mode, bool json, int count, bool withMonitor = true)
 int main(int argc, char** argv)
 {
     const int count = argc > 1 ? std::atoi(argv[1]) : 200000;
-    // Each run in a process of its own: the session's ring is mapped once per process.
+    // Each run in a process of its own: the session's ring is mapped once per process. Each
+    // leaves nothing behind.
+    const auto removeBus = [](const char* suffix)
+    {
+        setenv("LMCOM_BUS", ("monbench" + std::to_string(getpid()) + suffix).c_str(), 1);
+        shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
+        shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
+        juce::File(Platform::BusFolder::path()).deleteRecursively();
+    };
     std::fflush(stdout);
     if (fork() == 0)
     {
@@ -217,6 +230,7 @@ int main(int argc, char** argv)
         _exit(0);
     }
     wait(nullptr);
+    removeBus("postt");
     for (const char* mode : {"post", "ring"})
         for (bool json : {false, true})
         {
@@ -229,6 +243,7 @@ int main(int argc, char** argv)
                 _exit(0);
             }
             waitpid(child, nullptr, 0);
+            removeBus((std::string(mode) + (json ? "j" : "t")).c_str());
         }
     return 0;
 }
