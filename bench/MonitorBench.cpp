@@ -25,6 +25,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <thread>
 
@@ -220,7 +221,8 @@ int main(int argc, char** argv)
         setenv("LMCOM_BUS", ("monbench" + std::to_string(getpid()) + suffix).c_str(), 1);
         shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
         shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
-        juce::File(Platform::BusFolder::path()).deleteRecursively();
+        std::error_code ignored; // not juce::File, which takes a socket for a folder
+        std::filesystem::remove_all(Platform::BusFolder::path().toStdString(), ignored);
     };
     std::fflush(stdout);
     if (fork() == 0)

@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 
 namespace LmComTesting
@@ -52,7 +53,9 @@ void LmComTest::TearDown()
     // The bus's ring, its statistics and its folder go with the test.
     shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
     shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
-    juce::File(Platform::BusFolder::path()).deleteRecursively();
+    // std::filesystem, not juce::File: JUCE takes a socket for a folder and would leave it.
+    std::error_code ignored;
+    std::filesystem::remove_all(Platform::BusFolder::path().toStdString(), ignored);
 }
 
 juce::File LmComTest::systemFile(const juce::String& systemPath) const
