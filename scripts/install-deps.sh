@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ pkg-config
     juce-modules-source zlib1g-dev
-    libinih-dev
+    libinih-dev nlohmann-json3-dev
     libfontconfig-dev fonts-dejavu-core
     libgtest-dev libbenchmark-dev
     clang-format

@@ -5,6 +5,7 @@
 #include "Message/BroadcastReceiver.h"
 #include "Message/detail/Crc32c.h"
 #include "Platform/Atomic.h"
+#include "Platform/BusStatistics.h"
 #include "Platform/Endpoint.h"
 #include "Platform/SharedMemory.h"
 
@@ -36,6 +37,14 @@ std::mutex sMapLock;
 std::atomic<unsigned char*> sBase{nullptr};
 // Kept reachable (volatile: never optimised away) but never freed.
 Platform::SharedMemory* volatile sShared = nullptr;
+// The bus's counters for tools; null when they cannot be had, which changes nothing else.
+std::atomic<Platform::BusStatistics*> sStatistics{nullptr};
+
+void countRefusedPost()
+{
+    if (auto* statistics = sStatistics.load())
+        statistics->postRefused();
+}
 
 volatile std::int32_t* headerField(unsigned char* base, int offset)
 {
@@ -94,9 +103,12 @@ int writeRecord(const unsigned char* payload, int n)
     {
         LogBridge::instance().logError(
             kSource, 310, kTag, "writeRecord error | payload of " + juce::String(n) + " bytes does not fit the ring");
+        countRefusedPost();
         return -1;
     }
 
+    auto* statistics = sStatistics.load();
+    const std::uint32_t number = statistics != nullptr ? statistics->beginRecord() : 0;
     // Only the reservation is shared; it is one compare-and-swap on the next-write field.
     auto* next = headerField(base, kHeaderNextWrite);
     std::int32_t current = Platform::SharedInt32::load(next);
@@ -109,6 +121,8 @@ int writeRecord(const unsigned char* payload, int n)
         if (Platform::SharedInt32::compareExchange(next, current, offset + MsgSession::kRecordOverhead + n))
             break;
     }
+    if (statistics != nullptr && offset != current)
+        statistics->publishLap(current, number);
 
     unsigned char* record = base + offset;
     std::memcpy(record, kRecordMagic, 4);
@@ -119,6 +133,8 @@ int writeRecord(const unsigned char* payload, int n)
     const unsigned int sum = byteSum(payload, n);
     record[6 + n] = (unsigned char)(sum & 0xFF);
     record[7 + n] = (unsigned char)(sum >> 8);
+    if (statistics != nullptr)
+        statistics->endRecord();
     return offset;
 }
 
@@ -327,6 +343,13 @@ bool MsgSession::mapSharedArea()
         delete shared;
         return false;
     }
+    // Made once and never freed, like the ring; without it messaging works all the same. Set
+    // before the ring, so that every record this process writes is counted.
+    auto* statistics = new Platform::BusStatistics();
+    if (statistics->openOrCreate())
+        sStatistics = statistics;
+    else
+        delete statistics;
     sShared = shared;
     sBase = base;
     return true;
@@ -383,6 +406,7 @@ bool MsgSession::postMessage(int dest, const juce::ReferenceCountedObjectPtr<Rem
         LogBridge::instance().logError(kSource, 338, kTag,
                                        juce::String("postMessage error | send : ") + appTypeName(m_nSender)
                                            + " dest: " + appTypeName(dest));
+        countRefusedPost();
         return false;
     };
     if (msg == nullptr)
@@ -400,7 +424,10 @@ bool MsgSession::postMessage(int dest, const juce::ReferenceCountedObjectPtr<Rem
     if (Platform::Endpoint::post(name, windowMessage(kMsgWindowMessage, record)))
         return true;
     // Gone since it was found: the same error; a queue that stayed full fails quietly.
-    return Platform::Endpoint::exists(name) ? false : fail();
+    if (!Platform::Endpoint::exists(name))
+        return fail();
+    countRefusedPost();
+    return false;
 }
 
 bool MsgSession::sendMessage(int dest, const juce::ReferenceCountedObjectPtr<RemoteMessage>& msg)
@@ -408,6 +435,7 @@ bool MsgSession::sendMessage(int dest, const juce::ReferenceCountedObjectPtr<Rem
     const auto fail = [dest]
     {
         LogBridge::instance().logError(kSource, 365, kTag, juce::String("sendMessage error | ") + appTypeName(dest));
+        countRefusedPost();
         return false;
     };
     if (msg == nullptr)

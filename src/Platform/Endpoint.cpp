@@ -5,10 +5,12 @@
 
 #include <juce_events/juce_events.h>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -562,14 +564,23 @@ bool Endpoint::send(const juce::String& name, const WindowMessage& message)
 
 std::vector<Endpoint::Listing> Endpoint::list()
 {
+    // Read with readdir: JUCE's directory iterator takes a socket for a folder (S_IFSOCK
+    // contains the S_IFDIR bit) and would list none.
     std::vector<Listing> listing;
-    const juce::File folder(BusFolder::path());
-    // Directories too: JUCE tests S_IFDIR as a bit, and a socket's mode has that bit set.
-    for (auto& file : folder.findChildFiles(juce::File::findFilesAndDirectories, false, "*.sock"))
+    const juce::String folder = BusFolder::path();
+    DIR* directory = opendir(folder.toRawUTF8());
+    if (directory == nullptr)
+        return listing;
+    while (const dirent* entry = readdir(directory))
     {
-        const auto stem = file.getFullPathName().dropLastCharacters(5);
-        listing.push_back({BusFolder::decodeName(file.getFileNameWithoutExtension()), isAliveStem(stem)});
+        const juce::String file = juce::String::fromUTF8(entry->d_name);
+        struct stat info = {};
+        if (!file.endsWith(".sock") || lstat((folder + file).toRawUTF8(), &info) != 0 || !S_ISSOCK(info.st_mode))
+            continue;
+        const auto encoded = file.dropLastCharacters(5);
+        listing.push_back({BusFolder::decodeName(encoded), isAliveStem(folder + encoded)});
     }
+    closedir(directory);
     return listing;
 }
 

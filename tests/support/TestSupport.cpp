@@ -1,6 +1,7 @@
 #include "support/TestSupport.h"
 
 #include "Platform/BusFolder.h"
+#include "Platform/BusStatistics.h"
 #include "Platform/SharedMemory.h"
 
 #include <dlfcn.h>
@@ -10,6 +11,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <filesystem>
 #include <map>
 
 namespace LmComTesting
@@ -48,9 +50,12 @@ void LmComTest::TearDown()
 {
     if (m_root.isDirectory())
         m_root.deleteRecursively();
-    // The bus's ring and folder go with the test.
+    // The bus's ring, its statistics and its folder go with the test.
     shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
-    juce::File(Platform::BusFolder::path()).deleteRecursively();
+    shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
+    // std::filesystem, not juce::File: JUCE takes a socket for a folder and would leave it.
+    std::error_code ignored;
+    std::filesystem::remove_all(Platform::BusFolder::path().toStdString(), ignored);
 }
 
 juce::File LmComTest::systemFile(const juce::String& systemPath) const

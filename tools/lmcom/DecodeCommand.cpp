@@ -1,0 +1,224 @@
+#include "DecodeCommand.h"
+
+#include "Hex.h"
+#include "ObjectJson.h"
+#include "ObjectTree.h"
+#include "UsageError.h"
+
+#include <LmCom.h>
+
+#include <cstdio>
+
+namespace LmComTool
+{
+
+namespace
+{
+constexpr juce::int64 kMaxInputBytes = 64 * 1024 * 1024;
+
+struct Decoder
+{
+    const char* kind;
+    int (*decode)(const Arguments&, const std::vector<unsigned char>&);
+    const char* summary;
+};
+
+std::string hexOf(const Parcel::Ptr& parcel)
+{
+    return Hex::format(parcel->data(), (size_t)parcel->dataSize(), true);
+}
+
+const char* groupFunctionName(int groupFunction)
+{
+    return groupFunction == GF_Request ? "request" : groupFunction == GF_Command ? "command" : "acknowledgement";
+}
+
+const char* filedsErrorName(int code)
+{
+    switch (code)
+    {
+    case FILEDS_Good:
+        return "good";
+    case FILEDS_Invalid:
+        return "index out of range or value missing";
+    case FILEDS_OutOfRange:
+        return "value out of range";
+    default:
+        return "unknown";
+    }
+}
+
+std::string filedsValueText(const juce::var& value)
+{
+    if (value.isVoid())
+        return "none";
+    if (auto* block = value.getBinaryData())
+        return Hex::format(static_cast<const unsigned char*>(block->getData()), block->getSize(), true);
+    return std::to_string((juce::int64)value);
+}
+} // namespace
+
+const char* const DecodeCommand::kUsage = "lmcom decode parcel|pgn HEX|@FILE [--json]";
+
+const char* const DecodeCommand::kHelp =
+    "Prints what a byte string holds. INPUT is hex (\"52 4D 53 47 ...\", \"524d5347\") or\n"
+    "@FILE for a file's raw bytes (such as Parcel::writeDataToFile writes).\n"
+    "\n"
+    "  parcel   every object in the bytes, as the monitor prints them (--json: one line\n"
+    "           each); bytes left after the objects are shown. Status 1 when none decodes.\n"
+    "  pgn      an NMEA 2000 group-function request or command: its head, its fields with\n"
+    "           their errors and the acknowledgement bytes; for a failed parse the packet\n"
+    "           as far as it was read, with its acknowledgement and negative one. Status 1\n"
+    "           when the parse fails.\n";
+
+std::vector<Arguments::Option> DecodeCommand::options()
+{
+    return {{"json", false}};
+}
+
+std::vector<unsigned char> DecodeCommand::input(const Arguments& arguments, const std::string& text)
+{
+    std::vector<unsigned char> bytes;
+    if (text.empty() || text[0] != '@')
+    {
+        if (!Hex::parse(text, bytes))
+            arguments.fail("INPUT must be hex bytes or @FILE, not '" + text + "'");
+        return bytes;
+    }
+    const std::string path = text.substr(1);
+    const auto file = juce::File::getCurrentWorkingDirectory().getChildFile(juce::String::fromUTF8(path.c_str()));
+    if (!file.existsAsFile())
+        throw CommandFailure("lmcom: " + arguments.command() + ": no such file: " + path);
+    if (file.getSize() > kMaxInputBytes)
+        throw CommandFailure("lmcom: " + arguments.command() + ": " + path + " is larger than 64 MiB");
+    juce::MemoryBlock block;
+    if (!file.loadFileAsData(block))
+        throw CommandFailure("lmcom: " + arguments.command() + ": cannot read " + path);
+    auto* data = static_cast<const unsigned char*>(block.getData());
+    bytes.assign(data, data + block.getSize());
+    return bytes;
+}
+
+int DecodeCommand::run(const Arguments& arguments)
+{
+    // Car-data frames will join here.
+    static const Decoder kDecoders[] = {
+        {"parcel", &decodeParcel, "objects of a Parcel"},
+        {"pgn", &decodePgn, "an NMEA 2000 group-function packet"},
+    };
+    arguments.expectPositionals(2, 2, kUsage);
+    const auto& kind = arguments.positionals()[0];
+    for (auto& decoder : kDecoders)
+        if (kind == decoder.kind)
+            return decoder.decode(arguments, input(arguments, arguments.positionals()[1]));
+    std::string known;
+    for (auto& decoder : kDecoders)
+        known += std::string(known.empty() ? "" : ", ") + decoder.kind;
+    arguments.fail("unknown kind '" + kind + "' (known: " + known + ")");
+}
+
+int DecodeCommand::decodeParcel(const Arguments& arguments, const std::vector<unsigned char>& bytes)
+{
+    const bool json = arguments.has("json");
+    auto parcel = Parcel::obtain();
+    parcel->fillData(bytes.data(), (int)bytes.size());
+    std::string out;
+    int objects = 0;
+    while (parcel->dataAvail() > 0)
+    {
+        const int start = parcel->dataPosition();
+        auto object = createFromParcel(parcel.get());
+        if (object == nullptr)
+            break;
+        ++objects;
+        const int missing = parcel->dataAvail() < 0 ? -parcel->dataAvail() : 0;
+        if (json)
+        {
+            JsonWriter writer(out);
+            writer.beginObject().key("offset").value(start);
+            if (missing > 0)
+                writer.key("missingBytes").value(missing);
+            writer.key("object");
+            ObjectJson::write(writer, *object);
+            writer.endObject();
+            out += "\n";
+        }
+        else
+        {
+            ObjectTree::append(out, *object, 0);
+            if (missing > 0)
+                out += "[truncated: " + std::to_string(missing) + " bytes missing]\n";
+        }
+    }
+    const int left = parcel->dataAvail();
+    if (left > 0)
+    {
+        const auto* rest = parcel->data() + parcel->dataPosition();
+        if (json)
+        {
+            JsonWriter writer(out);
+            writer.beginObject().key("offset").value(parcel->dataPosition()).key("undecoded").hex(rest, (size_t)left);
+            writer.endObject();
+            out += "\n";
+        }
+        else
+            out += "[" + std::to_string(left) + " bytes not decoded at offset " + std::to_string(parcel->dataPosition())
+                   + ": " + Hex::format(rest, (size_t)left, true, ObjectTree::kBytesShown) + "]\n";
+    }
+    std::fwrite(out.data(), 1, out.size(), stdout);
+    if (objects == 0)
+        throw CommandFailure("lmcom: decode parcel: no object in " + std::to_string(bytes.size()) + " bytes");
+    return 0;
+}
+
+int DecodeCommand::decodePgn(const Arguments& arguments, const std::vector<unsigned char>& bytes)
+{
+    if (arguments.has("json"))
+        arguments.fail("--json is for decode parcel");
+    auto parcel = Parcel::obtain();
+    parcel->fillData(bytes.data(), (int)bytes.size());
+    PGNPacket::Ptr packet;
+    const bool parsed = PGNPacket::parse(parcel.get(), packet) != nullptr;
+    if (packet == nullptr)
+        throw CommandFailure("lmcom: decode pgn: no packet: " + std::to_string(bytes.size())
+                             + " bytes do not hold a head (PGN, header, group function, commanded PGN)");
+
+    char line[256];
+    std::string out;
+    const int groupFunction = packet->getGroupFunction();
+    std::snprintf(line, sizeof line, "PGN %d, header %02X %02X: %s (group function %d) for PGN %d", packet->getPGN(),
+                  packet->getHeaderByte(0), packet->getHeaderByte(1), groupFunctionName(groupFunction), groupFunction,
+                  packet->getCommandPGN());
+    out += line;
+    if (groupFunction == GF_Request)
+        out +=
+            ", interval " + std::to_string(packet->getInterval()) + ", offset " + std::to_string(packet->getOffset());
+    else if (groupFunction == GF_Command)
+        out += ", priority " + std::to_string(packet->getPriority());
+    out += "\nfields: " + std::to_string(packet->getFiledsNumber()) + " declared, "
+           + std::to_string(packet->getParsedFiledsCount()) + " read\n";
+    for (int position = 0; position < packet->getParsedFiledsCount(); ++position)
+    {
+        const auto* field = packet->getFiledsAt(position);
+        if (field == nullptr)
+            continue;
+        std::snprintf(line, sizeof line, "  [%d] field %d: type %d, flag %d, value ", position, field->m_nIndex,
+                      field->m_nType, field->m_nFlag);
+        out += line + filedsValueText(field->m_value);
+        if (field->m_nErrorCode != FILEDS_Good)
+            out += ", error " + std::to_string(field->m_nErrorCode) + " (" + filedsErrorName(field->m_nErrorCode) + ")";
+        out += "\n";
+    }
+    out += "PGN error code " + std::to_string(packet->getPGNErrorCode()) + ", transmit error code "
+           + std::to_string(packet->getTransmitErrorCode()) + "\n";
+    out += std::string("parse: ")
+           + (parsed ? (packet->isValid() ? "succeeded, packet valid" : "succeeded, packet not valid") : "failed")
+           + "\n";
+    out += "ack: " + hexOf(packet->getAckPacket()) + "\n";
+    if (!parsed)
+        out += "nack: " + hexOf(packet->getNAckPacket()) + "\n";
+    std::fwrite(out.data(), 1, out.size(), stdout);
+    return parsed ? 0 : 1;
+}
+
+} // namespace LmComTool
