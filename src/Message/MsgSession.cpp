@@ -399,6 +399,29 @@ bool MsgSession::init(IMsgProc* proc)
     return true;
 }
 
+namespace
+{
+enum class Prepared
+{
+    written,
+    noDestination,
+    notWritten
+};
+
+// What a post and a send share: stamp the sender, find the destination, write the record.
+Prepared prepare(int dest, const RemoteMessage::Ptr& msg, juce::String& name, WrittenRecord& record)
+{
+    msg->sender = MsgSession::m_nSender;
+    if (MsgSession::m_fnGetDestName == nullptr)
+        return Prepared::noDestination;
+    name = MsgSession::getDestName(dest);
+    if (!Platform::Endpoint::exists(name))
+        return Prepared::noDestination;
+    record = writeObject(*msg);
+    return record.offset == -1 ? Prepared::notWritten : Prepared::written;
+}
+} // namespace
+
 bool MsgSession::postMessage(int dest, const juce::ReferenceCountedObjectPtr<RemoteMessage>& msg)
 {
     const auto fail = [dest]
@@ -411,16 +434,11 @@ bool MsgSession::postMessage(int dest, const juce::ReferenceCountedObjectPtr<Rem
     };
     if (msg == nullptr)
         return false;
-    msg->sender = m_nSender;
-    if (m_fnGetDestName == nullptr)
-        return fail();
-    const juce::String name = getDestName(dest);
-    if (!Platform::Endpoint::exists(name))
-        return fail();
-
-    const auto record = writeObject(*msg);
-    if (record.offset == -1)
-        return false;
+    juce::String name;
+    WrittenRecord record;
+    const auto prepared = prepare(dest, msg, name, record);
+    if (prepared != Prepared::written)
+        return prepared == Prepared::noDestination ? fail() : false;
     if (Platform::Endpoint::post(name, windowMessage(kMsgWindowMessage, record)))
         return true;
     // Gone since it was found: the same error; a queue that stayed full fails quietly.
@@ -440,16 +458,11 @@ bool MsgSession::sendMessage(int dest, const juce::ReferenceCountedObjectPtr<Rem
     };
     if (msg == nullptr)
         return false;
-    msg->sender = m_nSender;
-    if (m_fnGetDestName == nullptr)
-        return fail();
-    const juce::String name = getDestName(dest);
-    if (!Platform::Endpoint::exists(name))
-        return fail();
-
-    const auto record = writeObject(*msg);
-    if (record.offset == -1)
-        return false;
+    juce::String name;
+    WrittenRecord record;
+    const auto prepared = prepare(dest, msg, name, record);
+    if (prepared != Prepared::written)
+        return prepared == Prepared::noDestination ? fail() : false;
     if (!Platform::Endpoint::send(name, windowMessage(kMsgWindowMessage, record)))
         return fail();
     return true;
