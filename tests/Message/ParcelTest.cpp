@@ -3,7 +3,6 @@
 #include <LmCom.h>
 
 #include <climits>
-#include <thread>
 
 using LmComTesting::hex;
 
@@ -312,32 +311,4 @@ TEST(ParcelTest, PoolKeepsTenAndOnlySoleReferences)
     EXPECT_EQ(Parcel::pooledCount(), Parcel::kPoolSize);
     Parcel::purgeAll();
     EXPECT_EQ(Parcel::pooledCount(), 0);
-}
-
-TEST(ParcelTest, PoolIsSafeFromManyThreads)
-{
-    Parcel::purgeAll();
-    std::vector<std::thread> threads;
-    std::atomic<int> mismatches{0};
-    for (int t = 0; t < 8; ++t)
-    {
-        threads.emplace_back(
-            [t, &mismatches]
-            {
-                for (int i = 0; i < 5000; ++i)
-                {
-                    auto p = Parcel::obtain();
-                    if (p->dataSize() != 0)
-                        ++mismatches;
-                    p->writeInt(t * 100000 + i);
-                    if (p->readInt() != t * 100000 + i)
-                        ++mismatches;
-                    p->recycle();
-                }
-            });
-    }
-    for (auto& thread : threads)
-        thread.join();
-    EXPECT_EQ(mismatches.load(), 0);
-    EXPECT_LE(Parcel::pooledCount(), Parcel::kPoolSize);
 }

@@ -38,18 +38,6 @@ TEST_F(IniFileTest, SectionsKeysCommentsAndDefaults)
     EXPECT_EQ(missing.getInt("PATH", "Count", 7), 7);
 }
 
-TEST_F(IniFileTest, HostileContentIsReadWithoutFailing)
-{
-    juce::String junk;
-    juce::Random random(42);
-    for (int i = 0; i < 20000; ++i)
-        junk << juce::String::charToString((juce::juce_wchar)(1 + random.nextInt(0x2FF)));
-    junk << "\n[S]\n" << juce::String::repeatedString("k", 5000) << "=v\nafter=ok\n";
-    writeSystemFile("/x.ini", junk);
-    Platform::IniFile ini(Platform::Environment::resolve("/x.ini"));
-    EXPECT_EQ(ini.getString("S", "after", "d"), "ok");
-}
-
 TEST_F(IniFileTest, SystemPathsLiveUnderTheRoot)
 {
     EXPECT_EQ(Platform::Environment::resolve("/NandFlash/Application//Resource/"),

@@ -22,12 +22,12 @@ int remainingMs(Clock::time_point deadline)
 }
 } // namespace
 
-Command::Command(const std::string& program, const std::vector<std::string>& args)
+Command::Command(const std::string& program, const std::vector<std::string>& args, bool captureErrors)
 {
-    int out[2], err[2];
+    int out[2], err[2] = {-1, -1};
     if (pipe2(out, O_CLOEXEC) != 0)
         return;
-    if (pipe2(err, O_CLOEXEC) != 0)
+    if (captureErrors && pipe2(err, O_CLOEXEC) != 0)
     {
         close(out[0]);
         close(out[1]);
@@ -39,7 +39,8 @@ Command::Command(const std::string& program, const std::vector<std::string>& arg
     if (m_pid == 0)
     {
         dup2(out[1], 1);
-        dup2(err[1], 2);
+        if (captureErrors)
+            dup2(err[1], 2);
         std::vector<char*> raw;
         for (auto& arg : argv)
             raw.push_back(const_cast<char*>(arg.c_str()));
@@ -48,7 +49,8 @@ Command::Command(const std::string& program, const std::vector<std::string>& arg
         _exit(127);
     }
     close(out[1]);
-    close(err[1]);
+    if (captureErrors)
+        close(err[1]);
     m_streams[0].fd = out[0];
     m_streams[1].fd = err[0];
 }

@@ -13,7 +13,9 @@ namespace LmComTesting
 class Command
 {
 public:
-    Command(const std::string& program, const std::vector<std::string>& args);
+    /** Standard error is captured, or (captureErrors false) left to the test's own, so that
+        what a sanitizer reports in the child shows in the test's output. */
+    Command(const std::string& program, const std::vector<std::string>& args, bool captureErrors = true);
     ~Command();
 
     Command(const Command&) = delete;
