@@ -4,23 +4,9 @@
 
 #include <climits>
 
+using LmComTesting::bytesOf;
 using LmComTesting::hex;
-
-namespace
-{
-std::string bytesOf(const Parcel::Ptr& p)
-{
-    return hex(p->data(), p->dataSize());
-}
-
-Parcel::Ptr parcelOf(const std::string& hexText)
-{
-    auto bytes = LmComTesting::unhex(hexText);
-    auto p = Parcel::obtain();
-    p->fillData(bytes.data(), (int)bytes.size());
-    return p;
-}
-} // namespace
+using LmComTesting::parcelOf;
 
 TEST(ParcelTest, WritesExactLittleEndianBytes)
 {

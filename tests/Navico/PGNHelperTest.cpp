@@ -2,23 +2,12 @@
 
 #include <LmCom.h>
 
+using LmComTesting::bytesOf;
 using LmComTesting::hex;
+using LmComTesting::parcelOf;
 
 namespace
 {
-Parcel::Ptr parcelOf(const std::string& hexText)
-{
-    auto bytes = LmComTesting::unhex(hexText);
-    auto p = Parcel::obtain();
-    p->fillData(bytes.data(), (int)bytes.size());
-    return p;
-}
-
-std::string bytesOf(const Parcel::Ptr& p)
-{
-    return hex(p->data(), p->dataSize());
-}
-
 juce::String repeated(juce::juce_wchar c, int n)
 {
     juce::String text;

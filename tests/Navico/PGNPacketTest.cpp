@@ -2,8 +2,10 @@
 
 #include <LmCom.h>
 
+using LmComTesting::bytesOf;
 using LmComTesting::hex;
 using LmComTesting::LogLines;
+using LmComTesting::parcelOf;
 
 namespace
 {
@@ -25,19 +27,6 @@ const std::string kCommand130582 = kHead + "01 16 FE 01 28 ";
 const std::string kRequest130574 = kHead + "00 0E FE 01 E8 03 00 00 FA 00 ";
 // Request for 130581 (zone configuration), interval 0, offset 0.
 const std::string kRequest130581 = kHead + "00 15 FE 01 00 00 00 00 00 00 ";
-
-Parcel::Ptr parcelOf(const std::string& hexText)
-{
-    auto bytes = LmComTesting::unhex(hexText);
-    auto p = Parcel::obtain();
-    p->fillData(bytes.data(), (int)bytes.size());
-    return p;
-}
-
-std::string bytesOf(const Parcel::Ptr& p)
-{
-    return hex(p->data(), p->dataSize());
-}
 
 std::string logLine(int line, const std::string& text)
 {

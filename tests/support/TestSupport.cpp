@@ -137,6 +137,19 @@ std::vector<unsigned char> unhex(const std::string& text)
     return bytes;
 }
 
+Parcel::Ptr parcelOf(const std::string& hexText)
+{
+    auto bytes = unhex(hexText);
+    auto parcel = Parcel::obtain();
+    parcel->fillData(bytes.data(), (int)bytes.size());
+    return parcel;
+}
+
+std::string bytesOf(const Parcel::Ptr& parcel)
+{
+    return hex(parcel->data(), parcel->dataSize());
+}
+
 bool registerChildRole(const std::string& name, ChildRole role)
 {
     roles()[name] = std::move(role);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Message/Parcel.h"
+
 #include <gtest/gtest.h>
 #include <juce_core/juce_core.h>
 
@@ -45,6 +47,10 @@ void installFakeLogcat(const juce::File& root);
 std::string hex(const void* data, int size);
 /** Bytes from hex text; blanks are ignored. */
 std::vector<unsigned char> unhex(const std::string& text);
+/** A Parcel holding the bytes of hex text, its cursor at 0. */
+Parcel::Ptr parcelOf(const std::string& hexText);
+/** The hex text of a Parcel's data. */
+std::string bytesOf(const Parcel::Ptr& parcel);
 
 /** A role that a child process of the test binary can play: argv after the role name in,
     exit status out. */
