@@ -6,7 +6,12 @@
 // Usage: LmComMessagingBench [posts] [roundTrips]
 #include <LmCom.h>
 
+#include "Platform/BusFolder.h"
+#include "Platform/BusStatistics.h"
 #include "Platform/Endpoint.h"
+#include "Platform/SharedMemory.h"
+
+#include <sys/mman.h>
 
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -16,6 +21,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -206,6 +212,12 @@ int main(int argc, char** argv)
     IPCMsg::MessageHelper::postMessage(Pubhead::eAppType::AppMain, kQuit, 0, 0, nullptr);
     int status = 0;
     waitpid(child, &status, 0);
+
+    // The run's bus goes with it (not juce::File, which takes a socket for a folder).
+    shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
+    shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
+    std::error_code ignored;
+    std::filesystem::remove_all(Platform::BusFolder::path().toStdString(), ignored);
 
     std::printf("LmCom messaging between two processes (%d posts, %d round trips)\n", posts, roundTrips);
     std::printf("  %-44s %12.0f /s   (%d-byte Bundle, %d refused)\n", "postMessage one way", postRate, payloadBytes,
