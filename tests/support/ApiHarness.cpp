@@ -1,10 +1,6 @@
 // The table-driven harness of the application API tests.
 #include "support/ApiHarness.h"
 
-#include "main/applicationapi/BluetoothApi.h"
-#include "main/applicationapi/RadioApi.h"
-#include "main/applicationapi/USBApi.h"
-
 #include <algorithm>
 #include <iterator>
 #include <set>
@@ -233,7 +229,6 @@ Bundle::Ptr dataBundle(std::initializer_list<int> bytes)
 //==============================================================================
 namespace
 {
-std::vector<std::string> sApiArgs;
 const juce::String kTitle = juce::String::fromUTF8("Caf\xc3\xa9 \xe5\x8c\x97\xe4\xba\xac %s");
 } // namespace
 
@@ -267,103 +262,53 @@ std::string ApiProcessTest::title()
     return kTitle.toStdString();
 }
 
-namespace
-{
-class RadioPrinter : public Recorder<RadioCallBack>
-{
-public:
-    void onRadioMessage(const AppMessage::Ptr& m, int code) override { log.add("radio", m, code); }
-};
-
-class USBPrinter : public Recorder<USBCallBack>
-{
-public:
-    void onUSBMessage(const AppMessage::Ptr& m, int code) override { log.add("usb", m, code); }
-};
-
-class BluetoothPrinter : public Recorder<BluetoothCallBack>,
-                         public BluetoothIpodInfoCallBack,
-                         public BluetoothPGNCallBack
-{
-public:
-    void onBluetoothMessage(const AppMessage::Ptr& m, int code) override { log.add("bt", m, code); }
-    void onPhoneEvent(int p1, int p2) override { log.add("phone", p1, p2); }
-    void onLinkEvent(int p1, int p2) override { log.add("link", p1, p2); }
-    void onBluetoothCommand(int p1, int p2) override { log.add("command1177", p1, p2); }
-    void onIpodInfo(int a, int b, int c) override { log.add("ipod", a, b, c); }
-    void onPGNData(int p1, int p2, const Bundle::Ptr& data) override { log.add("pgn", p1, p2, data); }
-};
-
-class ApiRoleApplication : public juce::JUCEApplicationBase, private juce::Timer
-{
-public:
-    const juce::String getApplicationName() override { return "api"; }
-    const juce::String getApplicationVersion() override { return "1"; }
-    bool moreThanOneInstanceAllowed() override { return true; }
-    void anotherInstanceStarted(const juce::String&) override {}
-    void suspended() override {}
-    void resumed() override {}
-    void unhandledException(const std::exception*, const juce::String&, int) override {}
-    void shutdown() override {}
-    void systemRequestedQuit() override
-    {
-        say("QUIT");
-        quit();
-    }
-
-    void initialise(const juce::String&) override
-    {
-        const std::string which = sApiArgs.empty() ? "" : sApiArgs[0];
-        for (auto* log : {&m_radio.log, &m_usb.log, &m_bluetooth.log})
-            log->after = [](const std::string& call) { say("CB %s", call.c_str()); };
-        if (which == "Radio")
-        {
-            auto tuner = InfoTuner::obtain();
-            tuner->sourceID = 0;
-            tuner->bandText = "FM";
-            tuner->inforText = kTitle;
-            RadioApi::getInstance()->bindCallBack(&m_radio);
-            RadioApi::getInstance()->sendToInfoBar(tuner);
-        }
-        if (which == "USB")
-        {
-            auto media = InfoMedia::obtain();
-            media->curNum = 5;
-            media->title = kTitle;
-            USBApi::getInstance()->bindCallBack(&m_usb);
-            USBApi::getInstance()->sendToInfoBar(media, true);
-        }
-        if (which == "Bluetooth")
-        {
-            auto phone = InfoBT::obtain();
-            phone->inforText = kTitle;
-            auto* api = BluetoothApi::getInstance();
-            api->bindCallBack(&m_bluetooth);
-            api->bindIpodInfoCallBack(&m_bluetooth);
-            api->bindPGNCallBack(&m_bluetooth);
-            api->startA2DPSrc();
-            api->sendToInfoBar(phone);
-        }
-        say("READY");
-        startTimer(60000); // never outlive a test that went away
-    }
-
-private:
-    void timerCallback() override { quit(); }
-
-    RadioPrinter m_radio;
-    USBPrinter m_usb;
-    BluetoothPrinter m_bluetooth;
-};
-} // namespace
-
 LMCOM_CHILD_ROLE(api)
 {
-    sApiArgs = args;
-    juce::JUCEApplicationBase::createInstance = []() -> juce::JUCEApplicationBase* { return new ApiRoleApplication(); };
-    const int status = juce::JUCEApplicationBase::main();
+    MessageLoop loop;
+    RadioRecorder radio;
+    USBRecorder usb;
+    BluetoothRecorder bluetooth;
+    bool quit = false;
+    for (auto* log : {&radio.log, &usb.log, &bluetooth.log})
+        log->after = [&quit](const std::string& call)
+        {
+            say("CB %s", call.c_str());
+            quit = quit || call.rfind("quit", 0) == 0;
+        };
+    const std::string which = args.empty() ? "" : args[0];
+    if (which == "Radio")
+    {
+        auto tuner = InfoTuner::obtain();
+        tuner->sourceID = 0;
+        tuner->bandText = "FM";
+        tuner->inforText = kTitle;
+        RadioApi::getInstance()->bindCallBack(&radio);
+        RadioApi::getInstance()->sendToInfoBar(tuner);
+    }
+    if (which == "USB")
+    {
+        auto media = InfoMedia::obtain();
+        media->curNum = 5;
+        media->title = kTitle;
+        USBApi::getInstance()->bindCallBack(&usb);
+        USBApi::getInstance()->sendToInfoBar(media, true);
+    }
+    if (which == "Bluetooth")
+    {
+        auto phone = InfoBT::obtain();
+        phone->inforText = kTitle;
+        auto* api = BluetoothApi::getInstance();
+        api->bindCallBack(&bluetooth);
+        api->bindIpodInfoCallBack(&bluetooth);
+        api->bindPGNCallBack(&bluetooth);
+        api->startA2DPSrc();
+        api->sendToInfoBar(phone);
+    }
+    say("READY");
+    loop.runUntil([&] { return quit; }, 60000); // never outlive a test that went away
+    say("QUIT");
     MsgSession::purgeAll();
-    return status;
+    return 0;
 }
 
 } // namespace LmComTesting

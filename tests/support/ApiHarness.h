@@ -4,7 +4,10 @@
 #include "support/ChildProcess.h"
 
 #include "main/applicationapi/ApiMessageHelper.h"
+#include "main/applicationapi/BluetoothApi.h"
 #include "main/applicationapi/InfoMedia.h"
+#include "main/applicationapi/RadioApi.h"
+#include "main/applicationapi/USBApi.h"
 
 #include <initializer_list>
 #include <sstream>
@@ -68,6 +71,34 @@ public:
     CallLog log;
 };
 
+/** Recording callbacks of the three APIs that the cross-process tests also run: "radio msg
+    ...", "usb msg ...", "bt msg ...", and for Bluetooth "phone", "link", "command1177",
+    "pgn", "ipod" (operations 9 and 10 keep their empty defaults). */
+class RadioRecorder : public Recorder<RadioCallBack>
+{
+public:
+    void onRadioMessage(const AppMessage::Ptr& m, int code) override { log.add("radio", m, code); }
+};
+
+class USBRecorder : public Recorder<USBCallBack>
+{
+public:
+    void onUSBMessage(const AppMessage::Ptr& m, int code) override { log.add("usb", m, code); }
+};
+
+class BluetoothRecorder : public Recorder<BluetoothCallBack>,
+                          public BluetoothPGNCallBack,
+                          public BluetoothIpodInfoCallBack
+{
+public:
+    void onBluetoothMessage(const AppMessage::Ptr& m, int code) override { log.add("bt", m, code); }
+    void onPhoneEvent(int p1, int p2) override { log.add("phone", p1, p2); }
+    void onLinkEvent(int p1, int p2) override { log.add("link", p1, p2); }
+    void onBluetoothCommand(int p1, int p2) override { log.add("command1177", p1, p2); }
+    void onPGNData(int p1, int p2, const Bundle::Ptr& data) override { log.add("pgn", p1, p2, data); }
+    void onIpodInfo(int a, int b, int c) override { log.add("ipod", a, b, c); }
+};
+
 /** One command of an API and what the main service receives for it: "code p1 p2" and the
     Bundle (show), or "" for a command that sends nothing. */
 struct Sent
@@ -129,9 +160,9 @@ protected:
     the test on its private bus. The test process posts to the application as the navigation
     application (AppNavi).
 
-    The "api" child role (args: Radio, USB or Bluetooth) binds a callback for everything, sends
-    its info-bar record (Bluetooth also its A2DP command) with kTitle at start, prints "READY",
-    then "CB <call>" for each callback call and "QUIT" when asked to quit. */
+    The "api" child role (args: Radio, USB or Bluetooth) binds the recorders above, sends its
+    info-bar record (Bluetooth also its A2DP command) with title() at start, prints "READY",
+    then "CB <call>" for each callback call, and "QUIT" and ends after the quit callback. */
 class ApiProcessTest : public LmComTest
 {
 protected:

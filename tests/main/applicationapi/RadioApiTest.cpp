@@ -11,11 +11,6 @@ namespace
 {
 using RadioApiTest = ApiTest;
 
-class Radio : public Recorder<RadioCallBack>
-{
-public:
-    void onRadioMessage(const AppMessage::Ptr& m, int code) override { log.add("radio", m, code); }
-};
 } // namespace
 
 TEST_F(RadioApiTest, CommandsOwnCodesAndNotifications)
@@ -23,7 +18,7 @@ TEST_F(RadioApiTest, CommandsOwnCodesAndNotifications)
     auto* api = RadioApi::getInstance();
     ASSERT_EQ(api, RadioApi::getInstance());
     EXPECT_EQ(AppServiceApi::getInstance(Pubhead::eAppType::AppRadio), api);
-    Radio radio;
+    RadioRecorder radio;
     expectIncoming(*api, radio.log, {{1175, 1, 2, nullptr, ""}}); // unbound: dropped
     api->bindCallBack(&radio);
 

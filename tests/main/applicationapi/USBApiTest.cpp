@@ -11,17 +11,12 @@ namespace
 {
 using USBApiTest = ApiTest;
 
-class USB : public Recorder<USBCallBack>
-{
-public:
-    void onUSBMessage(const AppMessage::Ptr& m, int code) override { log.add("usb", m, code); }
-};
 } // namespace
 
 TEST_F(USBApiTest, CommandsOwnCodesAndNotifications)
 {
     auto* api = USBApi::getInstance();
-    USB usb;
+    USBRecorder usb;
     api->bindCallBack(&usb);
 
     auto media = InfoMedia::obtain();
