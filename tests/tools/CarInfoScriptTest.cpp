@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <random>
 
 using namespace LmComTesting;
 
@@ -144,5 +145,27 @@ TEST_F(CarInfoScriptTest, OnlyASmallRegularFileIsRead)
         ASSERT_EQ(result.err.size(), 1u) << path;
         EXPECT_EQ(result.err[0].rfind("MainService: car information script: ", 0), 0u) << result.err[0];
     }
+
+    // Random bytes, lines of any length: each bad line is skipped with a reason that never
+    // repeats what the line held, and the service runs.
+    std::mt19937 random(74);
+    std::string noise;
+    for (int i = 0; i < 200000; ++i)
+    {
+        const auto r = random();
+        noise += r % 23 == 0 ? '\n' : r % 3 == 0 ? "0123456789abcdef #"[r % 18] : (char)(r >> 8);
+    }
+    const auto result = Command::run(LMCOM_MAINSERVICE, {"--run-ms", "100", "--carinfo-script", writeScript(noise)});
+    EXPECT_EQ(result.status, 0);
+    int skipped = 0;
+    for (auto& line : result.out)
+    {
+        ASSERT_EQ(line.rfind("[main] ", 0), 0u) << line;
+        if (line.find("skipped line ") != std::string::npos)
+            ++skipped;
+        for (unsigned char c : line)
+            EXPECT_TRUE(c >= 0x20 && c < 0x7F) << line;
+    }
+    EXPECT_GT(skipped, 1000);
 #endif
 }
