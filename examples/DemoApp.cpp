@@ -3,7 +3,6 @@
 // service, asks for its page, reports to the info bar, answers the power-off request and quits
 // when told to, printing one line per step.
 #include <LmCom.h>
-#include <main/applicationapi/CarInfoApi.h>
 
 #include <cstdio>
 #include <memory>

@@ -4,7 +4,6 @@
 #include "support/TestSupport.h"
 
 #include <LmCom.h>
-#include <main/applicationapi/CarInfoApi.h>
 
 #include <sys/stat.h>
 

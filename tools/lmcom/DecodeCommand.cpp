@@ -6,7 +6,6 @@
 #include "UsageError.h"
 
 #include <LmCom.h>
-#include <main/applicationapi/CarInfoDecoder.h>
 
 #include <cstdio>
 

@@ -2,7 +2,8 @@
 
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
-#include "main/applicationapi/CarInfoApi.h"
+#include "main/applicationapi/ApiCodes.h"
+#include "main/applicationapi/ApiMessageHelper.h"
 
 #include <cstdio>
 
@@ -307,7 +308,7 @@ void ReferenceMainService::procOwnerMsg(const juce::ReferenceCountedObjectPtr<Re
     case ServiceCode::kSetting:
         onSetting(sender, p1, p2, message->object.get());
         break;
-    case CarInfoApi::kCarInfoFrame:
+    case ApiCode::kCarData:
         onCarInfoFrame(sender, message->object.get());
         break;
     default:
@@ -416,7 +417,7 @@ void ReferenceMainService::onSetting(int sender, int id, int type, Parcelable* o
 void ReferenceMainService::onCarInfoFrame(int sender, Parcelable* object)
 {
     auto* bundle = dynamic_cast<Bundle*>(object);
-    auto* frame = bundle != nullptr ? bundle->getByteArray("data") : nullptr;
+    auto* frame = bundle != nullptr ? bundle->getByteArray(ApiMessageHelper::KEY_DATA) : nullptr;
     if (frame == nullptr)
     {
         mainSay(appName(sender) + ": code 74 without frame bytes");
@@ -435,8 +436,8 @@ void ReferenceMainService::playCarInfoFrames()
         const auto& entry = frames[m_nextCarInfoFrame];
         const int carInfo = Pubhead::eAppType::AppCarInfo;
         auto bundle = Bundle::obtain();
-        bundle->putByteArray("data", juce::MemoryBlock(entry.frame.data(), entry.frame.size()));
-        const bool sent = post(carInfo, CarInfoApi::kCarInfoFrame, 0, 0, bundle.get());
+        bundle->putByteArray(ApiMessageHelper::KEY_DATA, juce::MemoryBlock(entry.frame.data(), entry.frame.size()));
+        const bool sent = post(carInfo, ApiCode::kCarData, 0, 0, bundle.get());
         mainSay(juce::String(sent ? "-> " : "cannot send to ") + appName(carInfo) + ": answer frame (74) "
                 + juce::String::toHexString(entry.frame.data(), (int)entry.frame.size()).toUpperCase() + " (line "
                 + juce::String(entry.line) + ")");

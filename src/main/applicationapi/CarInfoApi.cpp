@@ -1,40 +1,33 @@
 #include "main/applicationapi/CarInfoApi.h"
 
-#include "Message/Bundle.h"
+#include "main/applicationapi/ApiCodes.h"
+#include "main/applicationapi/ApiMessageHelper.h"
+#include "main/applicationapi/ForwardingResponse.h"
 
 #include <limits>
 
+class CarInfoApi::GeneralResponseEx : public ForwardingResponse<CarInfoCallBack, Forward::command>
+{
+public:
+    using ForwardingResponse::ForwardingResponse;
+};
+
 namespace
 {
-const char* const kFrameKey = "data";
+const char* const kSource = "applicationapi/CarInfoApi";
 }
 
 CarInfoApi::CarInfoApi(AppCmdCallBack* appCmdCallBack, ViewCallBack* viewCallBack)
-    : AppServiceApi(Pubhead::eAppType::AppCarInfo, true),
-      m_pResponse(std::make_unique<GeneralResponseEx>(this, getGeneralService()))
+    : ApplicationApi(Pubhead::eAppType::AppCarInfo, true)
 {
-    setGeneralResponse(m_pResponse.get());
+    adoptResponse<GeneralResponseEx>();
     bindAppCmdCallBack(appCmdCallBack);
-    m_pResponse->bindViewCallBack(viewCallBack);
+    bindViewCallBack(viewCallBack);
 }
 
-CarInfoApi::CarInfoApi(const CarInfoApi& other)
-    : AppServiceApi(other), CarInfoDecoder(other),
-      m_pResponse(std::make_unique<GeneralResponseEx>(this, getGeneralService())), m_pCallBack(other.m_pCallBack)
+CarInfoApi::CarInfoApi(const CarInfoApi& other) : ApplicationApi(other), CarInfoDecoder(other)
 {
-    setGeneralResponse(m_pResponse.get());
-    m_pResponse->bindViewCallBack(other.m_pResponse->getViewCallBack());
-}
-
-CarInfoApi::~CarInfoApi()
-{
-    setGeneralResponse(nullptr);
-}
-
-void CarInfoApi::GeneralResponseEx::onGeneralCommand(int param1, int param2)
-{
-    if (m_pApi->m_pCallBack != nullptr)
-        m_pApi->m_pCallBack->onGeneralCommand(param1, param2);
+    adoptResponse<GeneralResponseEx>();
 }
 
 void CarInfoApi::remoteCallBack(const AppMessage::Ptr& message)
@@ -42,16 +35,19 @@ void CarInfoApi::remoteCallBack(const AppMessage::Ptr& message)
     JUCE_ASSERT_MESSAGE_THREAD
     if (message == nullptr)
         return;
-    if (message->intParameter1 != kCarInfoFrame)
+    if (message->intParameter1 != ApiCode::kCarData)
     {
         getGeneralService()->processMessage(message);
         return;
     }
-    // Anything but a Bundle with bytes under "data" is not a frame.
-    auto* bundle = dynamic_cast<Bundle*>(message->pointerParameter.get());
-    auto* frame = bundle != nullptr ? bundle->getByteArray(kFrameKey) : nullptr;
-    if (frame != nullptr && frame->getSize() <= (size_t)std::numeric_limits<int>::max())
-        procCarInfoMsg(static_cast<const unsigned char*>(frame->getData()), (int)frame->getSize());
+    // Any arguments; without a callback the values would vanish anyway.
+    if (m_pCallBack == nullptr)
+        return;
+    const juce::MemoryBlock* frame = ApiMessageHelper::byteArrayOf(message, ApiMessageHelper::KEY_DATA);
+    if (frame == nullptr || frame->getSize() > (size_t)std::numeric_limits<int>::max())
+        return ApiMessageHelper::logDropped(kSource, __LINE__, "CarInfoApi", message->intParameter1,
+                                            "no bytes under \"data\"");
+    procCarInfoMsg(static_cast<const unsigned char*>(frame->getData()), (int)frame->getSize());
 }
 
 void CarInfoApi::postMsgToCarInfo(int item, int value)
@@ -63,8 +59,8 @@ void CarInfoApi::postMsgToCarInfo(int item, int value)
 void CarInfoApi::copyDataToHost(const unsigned char* bytes, int length)
 {
     auto bundle = Bundle::obtain();
-    bundle->putByteArray(kFrameKey, juce::MemoryBlock(bytes, (size_t)length));
-    postMessage(kCarInfoFrame, getAppType(), 0, bundle.get());
+    bundle->putByteArray(ApiMessageHelper::KEY_DATA, juce::MemoryBlock(bytes, (size_t)length));
+    postMessage(ApiCode::kCarData, getAppType(), 0, bundle.get());
 }
 
 void CarInfoApi::sendFrame(std::initializer_list<unsigned char> frame)
@@ -74,7 +70,7 @@ void CarInfoApi::sendFrame(std::initializer_list<unsigned char> frame)
 
 void CarInfoApi::sendMsgToMain(int param1, int param2)
 {
-    postMessage(kCarInfoToMain, param1, param2, nullptr);
+    postMessage(ApiCode::kCarInfoCommand, param1, param2, nullptr);
 }
 
 // Request frames: command, number of data bytes, data.

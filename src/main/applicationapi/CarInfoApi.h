@@ -1,11 +1,10 @@
 #pragma once
 
-#include "main/applicationapi/AppServiceApi.h"
+#include "main/applicationapi/ApplicationApi.h"
 #include "main/applicationapi/CarInfoCallBack.h"
 #include "main/applicationapi/CarInfoDecoder.h"
 
 #include <initializer_list>
-#include <memory>
 
 /** The API of the car information application (AppCarInfo).
 
@@ -13,28 +12,26 @@
     service: code 74, param1 the application's type, the frame's bytes under "data" of a Bundle
     (posted at once when connected, buffered until the connection otherwise). The answers come
     back as code 74 with the same payload; each is decoded (CarInfoDecoder) and every value goes
-    to the bound CarInfoCallBack as (item, value). A code 74 without a Bundle holding bytes under
-    "data" is dropped; other codes go to the common dispatch. Wheels are numbered as in the
+    to the bound CarInfoCallBack as (item, value), or nowhere when none is bound. A code 74
+    without a Bundle holding bytes under "data" is dropped with a log line. 1322 goes to
+    CarInfoCallBack::onGeneralCommand; everything else to the common dispatch. Wheels are numbered as in the
     frames: 1 front left, 2 front right, 3 rear right, 4 rear left, 5 spare.
 
     Message thread only, like AppServiceApi. The method names are the established ones, kept
     as they are (SwitFontToRear included).
 */
-class CarInfoApi : public AppServiceApi, private CarInfoDecoder
+class CarInfoApi : public ApplicationApi<CarInfoCallBack>, private CarInfoDecoder
 {
 public:
-    /** Frames to and from the host controller. */
-    static constexpr int kCarInfoFrame = 74;
-    /** sendMsgToMain. */
-    static constexpr int kCarInfoToMain = 1150;
-
-    /** The callbacks are not owned; either may be null. */
+    /** Connects at once; appCmdCallBack receives the command lines and viewCallBack the view
+        messages (either may be null; neither is owned). */
     CarInfoApi(AppCmdCallBack* appCmdCallBack, ViewCallBack* viewCallBack);
+    /** A copy with its own connection and response object; the callbacks are the same. */
     CarInfoApi(const CarInfoApi& other);
-    ~CarInfoApi() override;
+    /** Takes the other's callbacks; the connection stays this object's own. */
+    CarInfoApi& operator=(const CarInfoApi& other) = default;
+    ~CarInfoApi() override = default;
 
-    /** Replaces the bound callback; null unbinds (decoded values are then dropped). */
-    void bindCallBack(CarInfoCallBack* callBack) { m_pCallBack = callBack; }
     /** Code 1150 with the two values. */
     void sendMsgToMain(int param1, int param2);
 
@@ -78,23 +75,11 @@ public:
     void EnterTestMode();
 
 private:
-    /** Passes 1322 to the bound callback. */
-    class GeneralResponseEx : public GeneralResponse
-    {
-    public:
-        GeneralResponseEx(CarInfoApi* api, GeneralService* service) : GeneralResponse(service), m_pApi(api) {}
-        void onGeneralCommand(int param1, int param2) override;
-
-    private:
-        CarInfoApi* m_pApi;
-    };
-
     void remoteCallBack(const AppMessage::Ptr& message) override;
     void onCarInfoValue(const Value& value) override { postMsgToCarInfo(value.item, value.value); }
     void postMsgToCarInfo(int item, int value);
     void copyDataToHost(const unsigned char* bytes, int length);
     void sendFrame(std::initializer_list<unsigned char> frame);
 
-    std::unique_ptr<GeneralResponseEx> m_pResponse;
-    CarInfoCallBack* m_pCallBack = nullptr;
+    class GeneralResponseEx;
 };
