@@ -1,5 +1,5 @@
 // A small head-unit application for the simulated head unit (scripts/run-headunit.sh): the
-// radio, the USB player or the main menu, by its first argument. It connects to the main
+// radio, the USB player, the main menu or the car information, by its first argument. It connects to the main
 // service, asks for its page, reports to the info bar, answers the power-off request and quits
 // when told to, printing one line per step.
 #include <LmCom.h>
@@ -98,6 +98,33 @@ private:
     bool m_connected = false;
 };
 
+/** The car information's callback: prints the values decoded from each frame of the host
+    controller on one line (a frame's values arrive together, so they are printed after it). */
+class CarInfoPrinter : public CarInfoCallBack, private juce::AsyncUpdater
+{
+public:
+    ~CarInfoPrinter() override { cancelPendingUpdate(); }
+
+    void onGeneralCommand(int param1, int param2) override
+    {
+        say("general command (1322) " + juce::String(param1) + ", " + juce::String(param2));
+    }
+    void onCarInfoValue(int item, int value) override
+    {
+        m_values << " " << item << "=" << value;
+        triggerAsyncUpdate();
+    }
+
+private:
+    void handleAsyncUpdate() override
+    {
+        say("decoded (item=value):" + m_values);
+        m_values.clear();
+    }
+
+    juce::String m_values;
+};
+
 /** The application itself: its view and command handler, and a few timed steps. */
 class DemoApplication : public juce::JUCEApplicationBase,
                         public ViewCallBack,
@@ -122,9 +149,15 @@ public:
             m_role = {Pubhead::eAppType::AppUSB, Pubhead::eAppServiceType::SrvUSB, 2500};
         else if (role == "mainmenu")
             m_role = {Pubhead::eAppType::AppMainMenu, Pubhead::eAppServiceType::SrvMainMenu, -2};
+        else if (role == "carinfo")
+        {
+            sName = role;
+            startCarInfo();
+            return;
+        }
         else
         {
-            std::fprintf(stderr, "usage: DemoApp radio|usb|mainmenu\n");
+            std::fprintf(stderr, "usage: DemoApp radio|usb|mainmenu|carinfo\n");
             setApplicationReturnValue(2);
             quit();
             return;
@@ -158,6 +191,7 @@ public:
     {
         stopTimer();
         m_api = nullptr;
+        m_carInfo = nullptr;
         say("stopped");
     }
 
@@ -190,7 +224,8 @@ public:
     void onPageShow(Pubhead::eAppServiceType::EnumTypeTag service, bool, const Bundle::Ptr&) override
     {
         say("command line: show page " + juce::String(service) + "; page ready (1728)");
-        m_api->onPageShowReady(service);
+        if (m_api != nullptr)
+            m_api->onPageShowReady(service);
         m_shownAt = juce::Time::getMillisecondCounter();
         if (m_role.type == Pubhead::eAppType::AppUSB)
             sendTrack(1);
@@ -200,10 +235,30 @@ public:
     {
         say("command line: hide page " + juce::String(service) + " for page " + juce::String(next)
             + "; hiding done (1729), hidden (1730)");
-        m_api->onPageHidingReady(service);
+        if (m_api != nullptr)
+            m_api->onPageHidingReady(service);
     }
 
 private:
+    void startCarInfo()
+    {
+        m_role = {Pubhead::eAppType::AppCarInfo, Pubhead::eAppServiceType::SrvCarInfo, -2};
+        m_carInfo = std::make_unique<CarInfoApi>(this, this);
+        m_carInfo->bindCallBack(&m_carInfoPrinter);
+        if (m_carInfo->getNativeHandle() == nullptr)
+        {
+            say("cannot open its endpoint (is another one running?)");
+            setApplicationReturnValue(1);
+            quit();
+            return;
+        }
+        say("started as AppCarInfo; asks for the meter readings and the wheel data (74), sent once connected");
+        m_carInfo->GetRVMeter();
+        m_carInfo->GetAllWheelData();
+        m_startedAt = juce::Time::getMillisecondCounter();
+        startTimer(100);
+    }
+
     void timerCallback() override
     {
         const auto now = juce::Time::getMillisecondCounter();
@@ -256,6 +311,8 @@ private:
 
     Role m_role{};
     std::unique_ptr<DemoApi> m_api;
+    std::unique_ptr<CarInfoApi> m_carInfo;
+    CarInfoPrinter m_carInfoPrinter;
     juce::uint32 m_startedAt = 0;
     juce::uint32 m_connectedAt = 0;
     juce::uint32 m_shownAt = 0;

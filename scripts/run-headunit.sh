@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # The main job: builds LmCom and runs a simulated head unit on the default bus: the reference
-# main service and three applications (radio, main menu, USB player). The radio starts first,
-# so its requests wait for the main service; the main service powers everything off after a
+# main service and four applications (radio, main menu, USB player, car information). The radio
+# starts first, so its requests wait for the main service; the car information receives the
+# answer frames of scripts/carinfo-frames.txt; the main service powers everything off after a
 # few seconds, tells the applications to quit, and the script ends when they have.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -25,11 +26,13 @@ trap cleanup EXIT
 
 "$app" radio & pids+=($!)
 sleep 1
-"$main" --heartbeat-ms 1000 --run-ms 9000 & main_pid=$!; pids+=($main_pid)
+"$main" --heartbeat-ms 1000 --run-ms 9000 --carinfo-script scripts/carinfo-frames.txt & main_pid=$!; pids+=($main_pid)
 sleep 0.5
 "$app" mainmenu & pids+=($!)
 sleep 0.5
 "$app" usb & pids+=($!)
+sleep 0.5
+"$app" carinfo & pids+=($!)
 
 status=0
 wait "$main_pid" || status=$?

@@ -190,7 +190,7 @@ TEST_F(LmcomToolTest, MisuseGivesOneErrorLineAndStatusTwo)
         {"broadcast"},
         {"broadcast", "a", "b"},
         {"decode"},
-        {"decode", "carinfo", "00"},
+        {"decode", "nmea", "00"},
         {"decode", "parcel", "0g"},
         {"decode", "parcel"},
         {"decode", "pgn", "00", "--json"},
@@ -206,8 +206,8 @@ TEST_F(LmcomToolTest, MisuseGivesOneErrorLineAndStatusTwo)
         ASSERT_EQ(result.err.size(), 1u) << shown;
         EXPECT_EQ(result.err[0].compare(0, 7, "lmcom: "), 0) << shown << result.err[0];
     }
-    EXPECT_EQ(lmcom({"decode", "carinfo", "00"}).err,
-              std::vector<std::string>{"lmcom: decode: unknown kind 'carinfo' (known: parcel, pgn)"});
+    EXPECT_EQ(lmcom({"decode", "nmea", "00"}).err,
+              std::vector<std::string>{"lmcom: decode: unknown kind 'nmea' (known: parcel, pgn, carinfo)"});
     EXPECT_EQ(lmcom({"post", "Radio", "1x"}).err,
               std::vector<std::string>{"lmcom: post: CODE must be an integer, not '1x'"});
 

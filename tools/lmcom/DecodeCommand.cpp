@@ -56,9 +56,19 @@ std::string filedsValueText(const juce::var& value)
         return Hex::format(static_cast<const unsigned char*>(block->getData()), block->getSize(), true);
     return std::to_string((juce::int64)value);
 }
+
+/** Keeps what a car information frame gives, for printing. */
+class CarInfoValues : public CarInfoDecoder
+{
+public:
+    std::vector<Value> values;
+
+private:
+    void onCarInfoValue(const Value& value) override { values.push_back(value); }
+};
 } // namespace
 
-const char* const DecodeCommand::kUsage = "lmcom decode parcel|pgn HEX|@FILE [--json]";
+const char* const DecodeCommand::kUsage = "lmcom decode parcel|pgn|carinfo HEX|@FILE [--json]";
 
 const char* const DecodeCommand::kHelp =
     "Prints what a byte string holds. INPUT is hex (\"52 4D 53 47 ...\", \"524d5347\") or\n"
@@ -69,7 +79,11 @@ const char* const DecodeCommand::kHelp =
     "  pgn      an NMEA 2000 group-function request or command: its head, its fields with\n"
     "           their errors and the acknowledgement bytes; for a failed parse the packet\n"
     "           as far as it was read, with its acknowledgement and negative one. Status 1\n"
-    "           when the parse fails.\n";
+    "           when the parse fails.\n"
+    "  carinfo  an answer frame of the car's host controller (command, count, data): the\n"
+    "           (item, value) pairs the car information application receives, each beside\n"
+    "           the bytes it comes from (--json: one object). Status 1 for an empty frame\n"
+    "           or a command that is not a car information answer.\n";
 
 std::vector<Arguments::Option> DecodeCommand::options()
 {
@@ -101,10 +115,10 @@ std::vector<unsigned char> DecodeCommand::input(const Arguments& arguments, cons
 
 int DecodeCommand::run(const Arguments& arguments)
 {
-    // Car-data frames will join here.
     static const Decoder kDecoders[] = {
         {"parcel", &decodeParcel, "objects of a Parcel"},
         {"pgn", &decodePgn, "an NMEA 2000 group-function packet"},
+        {"carinfo", &decodeCarInfo, "a car information answer frame"},
     };
     arguments.expectPositionals(2, 2, kUsage);
     const auto& kind = arguments.positionals()[0];
@@ -174,7 +188,7 @@ int DecodeCommand::decodeParcel(const Arguments& arguments, const std::vector<un
 int DecodeCommand::decodePgn(const Arguments& arguments, const std::vector<unsigned char>& bytes)
 {
     if (arguments.has("json"))
-        arguments.fail("--json is for decode parcel");
+        arguments.fail("--json is for decode parcel and carinfo");
     auto parcel = Parcel::obtain();
     parcel->fillData(bytes.data(), (int)bytes.size());
     PGNPacket::Ptr packet;
@@ -219,6 +233,62 @@ int DecodeCommand::decodePgn(const Arguments& arguments, const std::vector<unsig
         out += "nack: " + hexOf(packet->getNAckPacket()) + "\n";
     std::fwrite(out.data(), 1, out.size(), stdout);
     return parsed ? 0 : 1;
+}
+
+int DecodeCommand::decodeCarInfo(const Arguments& arguments, const std::vector<unsigned char>& bytes)
+{
+    CarInfoValues decoder;
+    const auto result = decoder.procCarInfoMsg(bytes.data(), (int)bytes.size());
+    std::string out;
+    if (arguments.has("json"))
+    {
+        JsonWriter writer(out);
+        writer.beginObject().key("frame").hex(bytes.data(), bytes.size());
+        if (!bytes.empty())
+            writer.key("command").value((int)bytes[0]);
+        if (result.command != nullptr)
+            writer.key("meaning").value(result.command->meaning).key("truncated").value(result.truncated);
+        writer.key("values").beginArray();
+        for (auto& v : decoder.values)
+        {
+            writer.beginObject().key("item").value(v.item).key("value").value(v.value).key("offset").value(v.offset);
+            writer.key("bytes").hex(bytes.data() + v.offset, (size_t)v.size).endObject();
+        }
+        writer.endArray().endObject();
+        out += "\n";
+    }
+    else
+    {
+        char line[160];
+        out += "frame: " + Hex::format(bytes.data(), bytes.size(), true) + " (" + std::to_string(bytes.size())
+               + " bytes)\n";
+        if (result.command != nullptr)
+        {
+            std::snprintf(line, sizeof line, "command 0x%02X: %s\n", bytes[0], result.command->meaning);
+            out += line;
+        }
+        for (auto& v : decoder.values)
+        {
+            std::snprintf(line, sizeof line, "  byte %-3d %-6s item %2d = %d\n", v.offset,
+                          Hex::format(bytes.data() + v.offset, (size_t)v.size, true).c_str(), v.item, v.value);
+            out += line;
+        }
+        if (result.command != nullptr && decoder.values.empty())
+            out += "  no values\n";
+        if (result.truncated)
+            out += "[the frame ends before a field the command reads: decoded as far as its bytes go]\n";
+    }
+    std::fwrite(out.data(), 1, out.size(), stdout);
+    if (bytes.empty())
+        throw CommandFailure("lmcom: decode carinfo: the frame is empty");
+    if (result.command == nullptr)
+    {
+        char hexCode[8];
+        std::snprintf(hexCode, sizeof hexCode, "0x%02X", bytes[0]);
+        throw CommandFailure(std::string("lmcom: decode carinfo: command ") + hexCode
+                             + " is not a car information answer");
+    }
+    return 0;
 }
 
 } // namespace LmComTool

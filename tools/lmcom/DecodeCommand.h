@@ -8,8 +8,9 @@ namespace LmComTool
 {
 
 /** "lmcom decode KIND INPUT": prints what a byte string holds. Kinds: "parcel" (the objects
-    of a Parcel, as the monitor shows them) and "pgn" (an NMEA 2000 group-function packet and
-    its acknowledgement). Further kinds are added to the table in the source. */
+    of a Parcel, as the monitor shows them), "pgn" (an NMEA 2000 group-function packet and
+    its acknowledgement) and "carinfo" (a car information answer frame). Further kinds are added to the table in the
+   source. */
 class DecodeCommand
 {
 public:
@@ -24,6 +25,7 @@ public:
 private:
     static int decodeParcel(const Arguments& arguments, const std::vector<unsigned char>& bytes);
     static int decodePgn(const Arguments& arguments, const std::vector<unsigned char>& bytes);
+    static int decodeCarInfo(const Arguments& arguments, const std::vector<unsigned char>& bytes);
 };
 
 } // namespace LmComTool

@@ -39,8 +39,8 @@ const std::vector<Command>& commands()
         {"broadcast", "send a named broadcast to every application", MessageCommand::kBroadcastUsage,
          MessageCommand::kBroadcastHelp, MessageCommand::kValueOptionsHelp, &MessageCommand::options,
          &MessageCommand::runBroadcast},
-        {"decode", "print what a byte string holds (parcel, pgn)", DecodeCommand::kUsage, DecodeCommand::kHelp, "",
-         &DecodeCommand::options, &DecodeCommand::run},
+        {"decode", "print what a byte string holds (parcel, pgn, carinfo)", DecodeCommand::kUsage, DecodeCommand::kHelp,
+         "", &DecodeCommand::options, &DecodeCommand::run},
     };
     return table;
 }

@@ -2,6 +2,8 @@
 
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
+#include "main/applicationapi/ApiCodes.h"
+#include "main/applicationapi/ApiMessageHelper.h"
 
 #include <cstdio>
 
@@ -165,6 +167,7 @@ void ReferenceMainService::timerCallback()
             stop();
             return;
         }
+        playCarInfoFrames();
         if (t - m_lastHeartbeatAt >= m_options.heartbeatMs)
         {
             m_lastHeartbeatAt = t;
@@ -305,6 +308,9 @@ void ReferenceMainService::procOwnerMsg(const juce::ReferenceCountedObjectPtr<Re
     case ServiceCode::kSetting:
         onSetting(sender, p1, p2, message->object.get());
         break;
+    case ApiCode::kCarData:
+        onCarInfoFrame(sender, message->object.get());
+        break;
     default:
         mainSay(from + "code " + juce::String(message->code) + " (" + juce::String(p1) + ", " + juce::String(p2) + ")");
         break;
@@ -330,6 +336,13 @@ void ReferenceMainService::onConnectRequest(int sender)
         mainSay(appName(sender) + ": connect request (1745) -> acknowledged (1746); connected: " + connectedNames());
     if (m_phase != Phase::running)
         post(sender, ServiceCode::kQuit, 0, 0);
+    if (sender == Pubhead::eAppType::AppCarInfo && !m_options.carInfoFrames.empty() && m_nextCarInfoFrame == 0
+        && m_nextCarInfoFrameAt < 0)
+    {
+        mainSay("playing " + juce::String((int)m_options.carInfoFrames.size()) + " car information frames to "
+                + appName(sender));
+        m_nextCarInfoFrameAt = now() + m_options.carInfoFrames[0].waitMs;
+    }
 }
 
 void ReferenceMainService::onHeartbeatReply(int sender)
@@ -399,4 +412,41 @@ void ReferenceMainService::onSetting(int sender, int id, int type, Parcelable* o
     else
         text = "of unknown type " + juce::String(type);
     mainSay(appName(sender) + ": setting " + juce::String(id) + " = " + text + " (1765)");
+}
+
+void ReferenceMainService::onCarInfoFrame(int sender, Parcelable* object)
+{
+    auto* bundle = dynamic_cast<Bundle*>(object);
+    auto* frame = bundle != nullptr ? bundle->getByteArray(ApiMessageHelper::KEY_DATA) : nullptr;
+    if (frame == nullptr)
+    {
+        mainSay(appName(sender) + ": code 74 without frame bytes");
+        return;
+    }
+    mainSay(appName(sender) + ": frame to the host controller (74) "
+            + juce::String::toHexString(frame->getData(), (int)juce::jmin(frame->getSize(), (size_t)64)).toUpperCase()
+            + (frame->getSize() > 64 ? " ..." : ""));
+}
+
+void ReferenceMainService::playCarInfoFrames()
+{
+    const auto& frames = m_options.carInfoFrames;
+    while (m_nextCarInfoFrameAt >= 0 && now() >= m_nextCarInfoFrameAt)
+    {
+        const auto& entry = frames[m_nextCarInfoFrame];
+        const int carInfo = Pubhead::eAppType::AppCarInfo;
+        auto bundle = Bundle::obtain();
+        bundle->putByteArray(ApiMessageHelper::KEY_DATA, juce::MemoryBlock(entry.frame.data(), entry.frame.size()));
+        const bool sent = post(carInfo, ApiCode::kCarData, 0, 0, bundle.get());
+        mainSay(juce::String(sent ? "-> " : "cannot send to ") + appName(carInfo) + ": answer frame (74) "
+                + juce::String::toHexString(entry.frame.data(), (int)entry.frame.size()).toUpperCase() + " (line "
+                + juce::String(entry.line) + ")");
+        if (++m_nextCarInfoFrame == frames.size())
+        {
+            m_nextCarInfoFrameAt = -1;
+            mainSay("car information frames played");
+            return;
+        }
+        m_nextCarInfoFrameAt = now() + frames[m_nextCarInfoFrame].waitMs;
+    }
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FrameScript.h"
+
 #include <LmCom.h>
 
 #include <map>
@@ -9,7 +11,8 @@
 
     It acknowledges connect requests, asks applications that were running before it to connect,
     sends heartbeats and notices applications that stop answering them, shows pages on request
-    (hiding the page shown before), prints and forwards info-bar records to the main menu, and
+    (hiding the page shown before), prints and forwards info-bar records to the main menu, plays
+    a script of answer frames to the car information application and prints its requests, and
     at the end powers the applications off and asks them to quit. Every step is one readable
     line on standard output, starting with "[main]". Runs on the JUCE message thread.
 */
@@ -26,6 +29,8 @@ public:
         int runMs = 0;
         /** How long to wait for power-off answers, and then for the applications to quit. */
         int shutdownWaitMs = 3000;
+        /** Answer frames played to the car information application once it connects. */
+        std::vector<FrameScript::Entry> carInfoFrames;
     };
 
     explicit ReferenceMainService(const Options& options);
@@ -76,6 +81,8 @@ private:
     void onInfoBar(int sender, int kind, int param2, Parcelable* object);
     void onGeneralToInfoBar(int sender, int param1, int param2);
     void onSetting(int sender, int id, int type, Parcelable* object);
+    void onCarInfoFrame(int sender, Parcelable* object);
+    void playCarInfoFrames();
 
     bool post(int dest, int code, int param1, int param2, Parcelable* object = nullptr);
     juce::String connectedNames() const;
@@ -89,6 +96,8 @@ private:
     juce::int64 m_lastHeartbeatAt = 0;
     juce::int64 m_phaseDeadline = 0;
     int m_heartbeatRound = 0;
+    size_t m_nextCarInfoFrame = 0;
+    juce::int64 m_nextCarInfoFrameAt = -1; // -1: not playing
 };
 
 /** One line on standard output, flushed at once. */

@@ -3,6 +3,7 @@
 //   --missed N         unanswered heartbeats before an application counts as silent (default 3)
 //   --run-ms N         power off and quit after N ms (default: run until SIGINT or SIGTERM)
 //   --shutdown-wait-ms N  how long each shutdown step waits for the applications (default 3000)
+//   --carinfo-script FILE  answer frames to play to the car information application (FrameScript.h)
 #include "ReferenceMainService.h"
 
 #include <csignal>
@@ -55,6 +56,7 @@ private:
 int main(int argc, char** argv)
 {
     ReferenceMainService::Options options;
+    const char* scriptPath = nullptr;
     for (int i = 1; i < argc; ++i)
     {
         if (readOption(argc, argv, i, "--heartbeat-ms", options.heartbeatMs)
@@ -62,8 +64,19 @@ int main(int argc, char** argv)
             || readOption(argc, argv, i, "--run-ms", options.runMs)
             || readOption(argc, argv, i, "--shutdown-wait-ms", options.shutdownWaitMs))
             continue;
-        std::fprintf(stderr,
-                     "usage: MainService [--heartbeat-ms N] [--missed N] [--run-ms N] [--shutdown-wait-ms N]\n");
+        if (std::strcmp(argv[i], "--carinfo-script") == 0 && i + 1 < argc)
+        {
+            scriptPath = argv[++i];
+            continue;
+        }
+        std::fprintf(stderr, "usage: MainService [--heartbeat-ms N] [--missed N] [--run-ms N] [--shutdown-wait-ms N] "
+                             "[--carinfo-script FILE]\n");
+        return 2;
+    }
+    std::vector<std::string> problems;
+    if (scriptPath != nullptr && !FrameScript::load(scriptPath, options.carInfoFrames, problems))
+    {
+        std::fprintf(stderr, "MainService: car information script: %s\n", problems.front().c_str());
         return 2;
     }
     options.heartbeatMs = juce::jmax(10, options.heartbeatMs);
@@ -76,6 +89,8 @@ int main(int argc, char** argv)
     int status = 0;
     {
         ReferenceMainService service(options);
+        for (const auto& problem : problems)
+            mainSay("car information script: skipped " + juce::String(problem));
         if (!service.start())
             status = 1;
         else
