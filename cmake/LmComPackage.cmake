@@ -18,3 +18,33 @@ write_basic_package_version_file("${CMAKE_CURRENT_BINARY_DIR}/LmComConfigVersion
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/LmComConfig.cmake"
     "${CMAKE_CURRENT_BINARY_DIR}/LmComConfigVersion.cmake"
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/LmCom)
+
+# pkg-config files: lmcom (for JUCE applications) and lmcom-juce (with the package's JUCE).
+# A static LmCom brings its own dependencies to every link; a shared one links them itself.
+if(BUILD_SHARED_LIBS)
+    set(LMCOM_PC_REQUIRES_FIELD Requires.private)
+else()
+    set(LMCOM_PC_REQUIRES_FIELD Requires)
+endif()
+set(LMCOM_PC_REQUIRES inih)
+find_package(Fontconfig QUIET)
+if(Fontconfig_FOUND)
+    string(APPEND LMCOM_PC_REQUIRES " fontconfig")
+endif()
+set(LMCOM_PC_JUCE_CFLAGS "-DLINUX=1")
+foreach(definition ${LMCOM_JUCE_DEFINITIONS})
+    string(APPEND LMCOM_PC_JUCE_CFLAGS " -D${definition}")
+endforeach()
+# JUCE refuses to link debug and release compile units together: consumers compile as the
+# package was built.
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+    set(LMCOM_PC_BUILD_FLAGS "")
+else()
+    set(LMCOM_PC_BUILD_FLAGS " -DNDEBUG")
+endif()
+file(RELATIVE_PATH LMCOM_PC_PREFIX "/root/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/root")
+string(REGEX REPLACE "/$" "" LMCOM_PC_PREFIX "${LMCOM_PC_PREFIX}")
+foreach(pc lmcom lmcom-juce)
+    configure_file(cmake/${pc}.pc.in "${CMAKE_CURRENT_BINARY_DIR}/${pc}.pc" @ONLY)
+    install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${pc}.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+endforeach()
