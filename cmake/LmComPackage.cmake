@@ -10,12 +10,14 @@ install(DIRECTORY src/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/LmCom
     PATTERN "detail" EXCLUDE)
 install(EXPORT LmComTargets NAMESPACE LmCom:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/LmCom)
 
+find_package(Fontconfig QUIET)
+set(LMCOM_HAVE_FONTCONFIG ${Fontconfig_FOUND})
 configure_package_config_file(cmake/LmComConfig.cmake.in
     "${CMAKE_CURRENT_BINARY_DIR}/LmComConfig.cmake"
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/LmCom)
 write_basic_package_version_file("${CMAKE_CURRENT_BINARY_DIR}/LmComConfigVersion.cmake"
     COMPATIBILITY SameMinorVersion)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/LmComConfig.cmake"
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/LmComConfig.cmake" cmake/LmComInih.cmake
     "${CMAKE_CURRENT_BINARY_DIR}/LmComConfigVersion.cmake"
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/LmCom)
 
