@@ -16,16 +16,18 @@ set(LMCOM_JUCE_DEFINITIONS
 
 # Headers and the configuration macros that must agree wherever JUCE's headers are read.
 add_library(LmComJuceHeaders INTERFACE)
-target_include_directories(LmComJuceHeaders SYSTEM INTERFACE "${JUCE_MODULES_DIR}")
+# The installed package's config adds the JUCE modules folder of the machine that uses it.
+target_include_directories(LmComJuceHeaders SYSTEM INTERFACE "$<BUILD_INTERFACE:${JUCE_MODULES_DIR}>")
 target_compile_definitions(LmComJuceHeaders INTERFACE JUCE_GLOBAL_MODULE_SETTINGS_INCLUDED=1)
 
 add_library(LmComJuce STATIC
     "${JUCE_MODULES_DIR}/juce_core/juce_core.cpp"
     "${JUCE_MODULES_DIR}/juce_events/juce_events.cpp")
 add_library(LmCom::LmComJuce ALIAS LmComJuce)
-target_include_directories(LmComJuce SYSTEM PUBLIC "${JUCE_MODULES_DIR}")
+target_include_directories(LmComJuce SYSTEM PUBLIC "$<BUILD_INTERFACE:${JUCE_MODULES_DIR}>")
 target_compile_definitions(LmComJuce PUBLIC ${LMCOM_JUCE_DEFINITIONS} $<$<PLATFORM_ID:Linux>:LINUX=1>)
 target_compile_options(LmComJuce PRIVATE -w)
 find_package(Threads REQUIRED)
-target_link_libraries(LmComJuce PUBLIC z Threads::Threads ${CMAKE_DL_LIBS} rt)
+find_package(ZLIB REQUIRED)
+target_link_libraries(LmComJuce PUBLIC ZLIB::ZLIB Threads::Threads ${CMAKE_DL_LIBS} rt)
 set_target_properties(LmComJuce PROPERTIES EXPORT_NAME LmComJuce)

@@ -9,12 +9,15 @@ cd "$(dirname "$0")/.."
 
 scripts/install-deps.sh
 cmake -S . -B build/release -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
-cmake --build build/release -j "$(nproc)" --target MainService DemoApp
+cmake --build build/release -j "$(nproc)" --target MainService DemoApp QN_Logcat
 
 # The default bus and the real root: this is the head unit, not a test.
 unset LMCOM_BUS LMCOM_ROOT
 main=build/release/tools/mainservice/MainService
 app=build/release/examples/DemoApp
+# The logging library, found through the loader path: every process's errors show on standard
+# error (its QN_Logcat.ini under the root can send them to syslog instead).
+export LD_LIBRARY_PATH="$PWD/build/release/tools/logcat${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
 
 pids=()
 cleanup() {

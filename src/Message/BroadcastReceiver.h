@@ -7,6 +7,11 @@
 /** Receives named broadcasts ("actions") sent by any process of the bus, own included.
 
     Derive, add the actions wanted, register with IPCMsg::MessageHelper::registerReceiver.
+    Broadcasts reach a process through its endpoint, so a receiver hears nothing unless the
+    process has an open session with a consumer (MsgSession::init(consumer), which an
+    AppServiceApi does) and its message thread runs JUCE's dispatch loop (a
+    JUCEApplicationBase, or MessageManager::runDispatchLoop), which delivers them.
+
     onReceive runs on the message thread. Destroying a receiver unregisters it. A receiver must
     not unregister itself or another one from inside onReceive.
 */

@@ -102,4 +102,15 @@ bool SharedMemory::create(int size)
     return mapDescriptor(fd, size);
 }
 
+SharedMemory::RemoveResult SharedMemory::remove(const juce::String& name, juce::String& error)
+{
+    auto removed = posixCall([&] { return shm_unlink(systemNameFor(name).toRawUTF8()); });
+    if (!removed.failed())
+        return RemoveResult::removed;
+    if (removed.error == ENOENT)
+        return RemoveResult::absent;
+    error = "shm_unlink " + systemNameFor(name) + ": " + juce::String(removed.message());
+    return RemoveResult::failed;
+}
+
 } // namespace Platform

@@ -33,6 +33,16 @@ public:
     /** The system name a bus gives to a mapping called `name`. */
     static juce::String systemNameFor(const juce::String& name);
 
+    enum class RemoveResult
+    {
+        removed,
+        absent,
+        failed
+    };
+    /** Removes the current bus's mapping called `name` (processes that have it mapped keep
+        their mapping); on failure sets error. */
+    static RemoveResult remove(const juce::String& name, juce::String& error);
+
 private:
     bool mapDescriptor(int fd, int size);
 

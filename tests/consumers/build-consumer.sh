@@ -4,6 +4,9 @@
 set -euo pipefail
 source_dir=$1 binary_dir=$2 prefix=$3 build_type=$4
 
+# The package carries the logging library that the log bridge loads at run time.
+[ -n "$(find "$prefix" -name libQN_Logcat.so)" ] || { echo "the package has no libQN_Logcat.so" >&2; exit 1; }
+
 rm -rf "$binary_dir"
 cmake -S "$source_dir" -B "$binary_dir" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE="$build_type"
 cmake --build "$binary_dir"

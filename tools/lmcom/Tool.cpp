@@ -1,5 +1,6 @@
 #include "Tool.h"
 
+#include "CleanCommand.h"
 #include "DecodeCommand.h"
 #include "ListCommand.h"
 #include "MessageCommand.h"
@@ -30,6 +31,8 @@ const std::vector<Command>& commands()
     static const std::vector<Command> table = {
         {"list", "the endpoints of the bus and whether they are alive", ListCommand::kUsage, ListCommand::kHelp, "",
          &ListCommand::options, &ListCommand::run},
+        {"clean", "remove a bus left behind by processes that died", CleanCommand::kUsage, CleanCommand::kHelp, "",
+         &CleanCommand::options, &CleanCommand::run},
         {"monitor", "follow the message ring live and print each record", MonitorCommand::kUsage, MonitorCommand::kHelp,
          "", &MonitorCommand::options, &MonitorCommand::run},
         {"post", "post a message to an application", MessageCommand::kPostUsage, MessageCommand::kPostHelp,
