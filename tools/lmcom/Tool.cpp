@@ -4,6 +4,7 @@
 #include "ListCommand.h"
 #include "MessageCommand.h"
 #include "MonitorCommand.h"
+#include "SettingsCommand.h"
 #include "UsageError.h"
 
 #include <cstdio>
@@ -41,6 +42,8 @@ const std::vector<Command>& commands()
          &MessageCommand::runBroadcast},
         {"decode", "print what a byte string holds (parcel, pgn)", DecodeCommand::kUsage, DecodeCommand::kHelp, "",
          &DecodeCommand::options, &DecodeCommand::run},
+        {"settings", "read and write the settings store (list, get, set)", SettingsCommand::kUsage,
+         SettingsCommand::kHelp, "", &SettingsCommand::options, &SettingsCommand::run},
     };
     return table;
 }
