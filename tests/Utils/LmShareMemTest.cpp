@@ -12,9 +12,11 @@
 
 #include <LogBridge.h>
 
+#include <atomic>
 #include <climits>
 #include <csignal>
 #include <random>
+#include <thread>
 
 using namespace LmComTesting;
 using LmComDetail::SettingsStore;
@@ -220,4 +222,41 @@ TEST_F(LmShareMemTest, AWriterKilledWhileReplacingTheSetupFileLeavesAWholeFile)
         lastRound = round;
     }
     EXPECT_GE(lastRound, 0);
+}
+
+TEST_F(LmShareMemTest, ReadersOnAnyThreadNeverSeeHalfAValue)
+{
+    // Another process replaces the setup file without end while threads here read it and
+    // write and read a shared value.
+    ChildProcess writer("rewriteSetupForever");
+    ASSERT_TRUE(writer.waitForLine("WRITING"));
+    std::atomic<bool> stop{false};
+    std::atomic<int> torn{0}, reads{0};
+    std::vector<std::thread> threads;
+    threads.emplace_back(
+        [&]
+        {
+            for (int i = 0; !stop; ++i)
+                SysInfoHelper::setSysInfoInt(9, i % 2 == 0 ? 0x11111111 : 0x22222222);
+        });
+    for (int reader = 0; reader < 2; ++reader)
+        threads.emplace_back(
+            [&, reader]
+            {
+                while (!stop)
+                {
+                    const auto text = SettingHelper::getSettingString(reader * 50).toStdString();
+                    const int sys = SysInfoHelper::getSysInfoInt(9);
+                    torn += text.size() != 900 || text.find_first_not_of(text[0]) != std::string::npos
+                            || (sys != 0 && sys != 0x11111111 && sys != 0x22222222);
+                    ++reads;
+                }
+            });
+    juce::Thread::sleep(300);
+    stop = true;
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(torn, 0);
+    EXPECT_GT(reads, 0);
+    EXPECT_TRUE(LogLines::all().empty());
 }
