@@ -2,6 +2,7 @@
 
 #include "Platform/BusFolder.h"
 #include "Platform/BusStatistics.h"
+#include "Platform/SettingsSegment.h"
 #include "Platform/SharedMemory.h"
 
 #include <dlfcn.h>
@@ -50,9 +51,10 @@ void LmComTest::TearDown()
 {
     if (m_root.isDirectory())
         m_root.deleteRecursively();
-    // The bus's ring, its statistics and its folder go with the test.
+    // The bus's ring, its statistics, its settings and its folder go with the test.
     shm_unlink(Platform::SharedMemory::systemNameFor("LmIPCMsgShareMem").toRawUTF8());
     shm_unlink(Platform::BusStatistics::systemName().toRawUTF8());
+    shm_unlink(Platform::SettingsSegment::systemName().toRawUTF8());
     // std::filesystem, not juce::File: JUCE takes a socket for a folder and would leave it.
     std::error_code ignored;
     std::filesystem::remove_all(Platform::BusFolder::path().toStdString(), ignored);

@@ -6,6 +6,7 @@
 #include "Platform/BusStatistics.h"
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
+#include "Platform/SettingsSegment.h"
 #include "Platform/SharedMemory.h"
 
 #include <cstdio>
@@ -17,7 +18,7 @@ namespace LmComTool
 const char* const CleanCommand::kUsage = "lmcom clean";
 
 const char* const CleanCommand::kHelp =
-    "Removes what a bus left behind: its message ring and statistics segments in\n"
+    "Removes what a bus left behind: its message ring, statistics and settings segments in\n"
     "/dev/shm and its folder of endpoints in /tmp/lmcom-UID/. Refuses (status 1) while a\n"
     "live process holds an endpoint on the bus: stop the head unit first.\n";
 
@@ -25,7 +26,8 @@ namespace
 {
 // The bus's shared segments, by the names the library gives them.
 const char* const kSegments[][2] = {{"LmIPCMsgShareMem", "message ring"},
-                                    {Platform::BusStatistics::kName, "statistics"}};
+                                    {Platform::BusStatistics::kName, "statistics"},
+                                    {Platform::SettingsSegment::kName, "settings"}};
 
 std::string busLabel()
 {

@@ -5,6 +5,7 @@
 #include "ListCommand.h"
 #include "MessageCommand.h"
 #include "MonitorCommand.h"
+#include "SettingsCommand.h"
 #include "UsageError.h"
 
 #include <cstdio>
@@ -44,6 +45,8 @@ const std::vector<Command>& commands()
          &MessageCommand::runBroadcast},
         {"decode", "print what a byte string holds (parcel, pgn, carinfo)", DecodeCommand::kUsage, DecodeCommand::kHelp,
          "", &DecodeCommand::options, &DecodeCommand::run},
+        {"settings", "read and write the settings store (list, get, set)", SettingsCommand::kUsage,
+         SettingsCommand::kHelp, "", &SettingsCommand::options, &SettingsCommand::run},
     };
     return table;
 }

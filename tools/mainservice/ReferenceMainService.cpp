@@ -2,6 +2,7 @@
 
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
+#include "Utils/SystemHelper.h"
 #include "main/applicationapi/ApiCodes.h"
 #include "main/applicationapi/ApiMessageHelper.h"
 
@@ -92,6 +93,47 @@ juce::String describeInfoBar(int kind, const Bundle::Ptr& bundle)
     }
     default:
         return "record of unknown kind " + juce::String(kind);
+    }
+}
+// The plain window messages that applications send with SystemHelper, by name.
+juce::String describeWindowMessage(int msg, int wParam, int lParam)
+{
+    static const char* const commands[] = {nullptr,
+                                           "TA cancel",
+                                           "front/rear switch",
+                                           "guide",
+                                           "show menu",
+                                           "show Bluetooth",
+                                           "show maintenance",
+                                           "show TPMS",
+                                           "show telematics info",
+                                           "show telematics inbox",
+                                           "enter standby",
+                                           "show current source"};
+    static const char* const marineKeys[] = {"marine rotary next",
+                                             "marine rotary previous",
+                                             "marine rotary enter",
+                                             "marine show menu",
+                                             "marine back",
+                                             "mute",
+                                             "marine show zone 2 volume"};
+    const juce::String numbers(msg);
+    switch (msg)
+    {
+    case SystemHelper::kBeepMessage:
+        return numbers + ": beep";
+    case SystemHelper::kShowEQMessage:
+        return numbers + ": show EQ";
+    case SystemHelper::kHideEQMessage:
+        return numbers + ": hide EQ";
+    case SystemHelper::kSystemCommandMessage:
+        if (wParam == SystemHelper::kMarineKey)
+            return numbers + " " + juce::String(wParam) + " " + juce::String(lParam) + ": "
+                   + (lParam >= 0 && lParam < (int)std::size(marineKeys) ? marineKeys[lParam] : "unknown marine key");
+        return numbers + " " + juce::String(wParam) + ": "
+               + (wParam > 0 && wParam < (int)std::size(commands) ? commands[wParam] : "unknown system command");
+    default:
+        return numbers + " (" + juce::String(wParam) + ", " + juce::String(lParam) + ")";
     }
 }
 } // namespace
@@ -319,8 +361,13 @@ void ReferenceMainService::procOwnerMsg(const juce::ReferenceCountedObjectPtr<Re
 
 void ReferenceMainService::procUnknownMsg(int msg, int wParam, int lParam)
 {
-    mainSay("a message that fails its checks: " + juce::String(msg) + " " + juce::String(wParam) + " "
-            + juce::String(lParam));
+    if (msg == MsgSession::kMsgWindowMessage || msg == MsgSession::kBroadcastWindowMessage)
+    {
+        mainSay("a message that fails its checks: " + juce::String(msg) + " " + juce::String(wParam) + " "
+                + juce::String(lParam));
+        return;
+    }
+    mainSay("window message " + describeWindowMessage(msg, wParam, lParam));
 }
 
 void ReferenceMainService::onConnectRequest(int sender)
