@@ -1,6 +1,8 @@
 #include "Platform/BusFolder.h"
 
 #include "Platform/Environment.h"
+
+#include "Message/detail/Utf8.h"
 #include "Platform/PosixCall.h"
 
 #include <sys/stat.h>
@@ -100,7 +102,7 @@ juce::String BusFolder::decodeName(const juce::String& encoded)
         else
             bytes.writeByte(text[i]);
     }
-    return juce::String::fromUTF8((const char*)bytes.getData(), (int)bytes.getDataSize());
+    return LmComDetail::decodeUtf8(static_cast<const unsigned char*>(bytes.getData()), bytes.getDataSize());
 }
 
 } // namespace Platform

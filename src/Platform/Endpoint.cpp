@@ -1,6 +1,8 @@
 #include "Platform/Endpoint.h"
 
 #include "Platform/BusFolder.h"
+
+#include "Message/detail/Utf8.h"
 #include "Platform/PosixCall.h"
 
 #include <juce_events/juce_events.h>
@@ -573,7 +575,7 @@ std::vector<Endpoint::Listing> Endpoint::list()
         return listing;
     while (const dirent* entry = readdir(directory))
     {
-        const juce::String file = juce::String::fromUTF8(entry->d_name);
+        const juce::String file = LmComDetail::decodeUtf8(entry->d_name);
         struct stat info = {};
         if (!file.endsWith(".sock") || lstat((folder + file).toRawUTF8(), &info) != 0 || !S_ISSOCK(info.st_mode))
             continue;

@@ -7,6 +7,8 @@
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
 
+#include "Message/detail/Utf8.h"
+
 #include <cerrno>
 #include <cstdlib>
 
@@ -32,9 +34,10 @@ std::string busLabel()
 
 juce::String utf8(const Arguments& arguments, const std::string& text, const std::string& what)
 {
-    if (!juce::CharPointer_UTF8::isValidString(text.c_str(), (int)text.size()))
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    if (!LmComDetail::isValidUtf8(bytes, text.size()))
         arguments.fail(what + " is not valid UTF-8");
-    return juce::String::fromUTF8(text.c_str(), (int)text.size());
+    return LmComDetail::decodeUtf8(bytes, text.size());
 }
 
 // The ring is made by the first process of a bus: mapping it where nobody listens would make
