@@ -4,6 +4,7 @@
 #include "Hex.h"
 #include "UsageError.h"
 
+#include "Platform/BusFolder.h"
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
 
@@ -131,6 +132,9 @@ int MessageCommand::deliver(const Arguments& arguments, bool synchronous)
 
     const std::string name = getDestName(dest);
     const std::string command = arguments.command();
+    juce::String refused;
+    if (!Platform::BusFolder::check(refused) && refused.isNotEmpty())
+        throw CommandFailure("lmcom: " + command + ": " + refused.toStdString());
     if (name.empty() || !Platform::Endpoint::exists(name))
         throw CommandFailure("lmcom: " + command + ": no live endpoint '" + name + "' (" + AppTypeNames::printable(dest)
                              + ") on bus '" + busLabel() + "'");
