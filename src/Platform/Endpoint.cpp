@@ -344,6 +344,10 @@ void Endpoint::processBacklogs()
 // anything newer (serve() takes the backlog first).
 static void scheduleBacklogs()
 {
+    // Only the message thread keeps messages aside (waitFor), and only it may read a backlog or
+    // use an Endpoint* once the registry lock is released: endpoints close on that thread.
+    if (!onMessageThread())
+        return;
     bool pending = false;
     for (auto id : openIds())
         if (auto* endpoint = findOpen(id))
