@@ -115,7 +115,9 @@ TEST(CMultiCharacterTest, EveryCharacterOfAFoldRowFoldsToTheRowsKey)
         if (helper.GetExtendCharacter((wchar_t)c, row) == 0)
         {
             if (c != '\'')
+            {
                 ASSERT_EQ(folded(text), text) << std::hex << c;
+            }
             continue;
         }
         const auto key = juce::String::charToString(row[0]);
