@@ -9,7 +9,7 @@ packages=(
     libinih-dev nlohmann-json3-dev
     libfontconfig-dev fonts-dejavu-core
     libgtest-dev libbenchmark-dev
-    clang-format
+    clang-format clang libclang-rt-dev
     python3 unicode-data
 )
 

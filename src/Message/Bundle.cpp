@@ -4,6 +4,8 @@
 
 #include <climits>
 #include <cmath>
+#include <locale>
+#include <sstream>
 
 namespace
 {
@@ -33,6 +35,34 @@ int toInt(const juce::var& value)
     if (value.isInt64())
         return (int)juce::jlimit((juce::int64)INT_MIN, (juce::int64)INT_MAX, (juce::int64)value);
     return (int)value;
+}
+
+// JUCE's conversions of a non-finite double to text, and of a text with a huge exponent to a
+// double, overflow inside; values from another process may hold either.
+juce::String toText(const juce::var& value)
+{
+    if (value.isDouble())
+    {
+        const double d = (double)value;
+        if (std::isnan(d))
+            return "nan";
+        if (std::isinf(d))
+            return d < 0 ? "-inf" : "inf";
+    }
+    return value.toString();
+}
+
+// A text's leading number, whatever the process's locale; a value beyond the double range
+// saturates to the largest double of its sign, a text without a number is 0.
+double toDouble(const juce::var& value)
+{
+    if (!value.isString())
+        return (double)value;
+    std::istringstream in(value.toString().toStdString());
+    in.imbue(std::locale::classic());
+    double d = 0;
+    in >> d;
+    return d;
 }
 
 bool toBool(const juce::var& value)
@@ -170,13 +200,13 @@ bool Bundle::getBool(const juce::String& key, bool defaultValue) const
 double Bundle::getDouble(const juce::String& key, double defaultValue) const
 {
     auto* value = findValue(key);
-    return value != nullptr ? (double)*value : defaultValue;
+    return value != nullptr ? toDouble(*value) : defaultValue;
 }
 
 juce::String Bundle::getString(const juce::String& key, const juce::String& defaultValue) const
 {
     auto* value = findValue(key);
-    return value != nullptr ? value->toString() : defaultValue;
+    return value != nullptr ? toText(*value) : defaultValue;
 }
 
 juce::MemoryBlock* Bundle::getByteArray(const juce::String& key) const

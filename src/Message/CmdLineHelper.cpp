@@ -1,6 +1,7 @@
 #include "Message/CmdLineHelper.h"
 
 #include "Message/MsgSession.h"
+#include "Message/detail/Utf8.h"
 
 #include <climits>
 
@@ -35,8 +36,9 @@ juce::String CmdLineHelper::genCommandLine(const juce::ReferenceCountedObjectPtr
 
 juce::ReferenceCountedObjectPtr<Bundle> CmdLineHelper::parseCommandLine(const juce::String& commandLine)
 {
+    // The text may come from a process's command line, made by an unchecked constructor.
     juce::StringArray tokens;
-    tokens.addTokens(commandLine, " \t\r\n", "");
+    tokens.addTokens(LmComDetail::checkedText(commandLine), " \t\r\n", "");
     tokens.removeEmptyStrings();
 
     int slot = -1;

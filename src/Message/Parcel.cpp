@@ -2,6 +2,7 @@
 
 #include "Message/Bundle.h"
 #include "Message/detail/Utf8.h"
+#include "Platform/RegularFile.h"
 
 #include <climits>
 #include <cstring>
@@ -430,7 +431,8 @@ void Parcel::readMap(ValueMap& map)
 //==============================================================================
 static juce::File fileFromPath(const juce::String& path)
 {
-    return juce::File::getCurrentWorkingDirectory().getChildFile(path);
+    // A path made by an unchecked constructor can make JUCE's path handling loop for ever.
+    return juce::File::getCurrentWorkingDirectory().getChildFile(LmComDetail::checkedText(path));
 }
 
 bool Parcel::writeDataToFile(const juce::String& path)
@@ -455,12 +457,11 @@ bool Parcel::loadDataFromFile(const juce::String& path)
 {
     if (path.isEmpty())
         return false;
-    auto file = fileFromPath(path);
-    if (!file.existsAsFile() || file.getSize() > INT_MAX)
-        return false;
-
+    // A device or FIFO is refused, and no more than a Parcel can hold is read.
+    const auto file = fileFromPath(path);
     juce::MemoryBlock content;
-    if (!file.loadFileAsData(content))
+    if (Platform::RegularFile::read(file.getFullPathName().toRawUTF8(), INT_MAX, content)
+        != Platform::RegularFile::Status::read)
         return false;
     if (content.getSize() == 0)
         freeBuffer();

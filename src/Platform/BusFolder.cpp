@@ -1,16 +1,53 @@
 #include "Platform/BusFolder.h"
 
 #include "Platform/Environment.h"
+
+#include "Message/detail/Utf8.h"
 #include "Platform/PosixCall.h"
 
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <cstdio>
 
 namespace Platform
 {
 
 namespace
 {
+juce::String topFolder()
+{
+    return "/tmp/lmcom-" + juce::String((int)getuid());
+}
+
+juce::String userName(uid_t uid)
+{
+    struct passwd entry = {};
+    struct passwd* found = nullptr;
+    char buffer[1024];
+    if (getpwuid_r(uid, &entry, buffer, sizeof buffer, &found) == 0 && found != nullptr)
+        return " (" + LmComDetail::decodeUtf8(found->pw_name) + ")";
+    return {};
+}
+
+// Another user who made the folder first (or a link to theirs) could read every wake-up of
+// the bus and plant files in it: such a folder is never used.
+bool isSafe(const juce::String& folder, const struct stat& info, juce::String& error)
+{
+    if (S_ISDIR(info.st_mode) && info.st_uid == geteuid() && (info.st_mode & 077) == 0)
+        return true;
+    char mode[8];
+    std::snprintf(mode, sizeof mode, "%04o", (unsigned)(info.st_mode & 07777));
+    const juce::String what = S_ISLNK(info.st_mode)   ? "a symbolic link"
+                              : S_ISDIR(info.st_mode) ? "a folder with mode " + juce::String(mode)
+                                                      : juce::String("not a folder");
+    error = "refusing " + folder + ": " + what + " owned by uid " + juce::String((int)info.st_uid)
+            + userName(info.st_uid) + "; it must be a folder of uid " + juce::String((int)geteuid())
+            + " with mode 0700. Have its owner (or root) remove it, or use another bus (LMCOM_BUS)";
+    return false;
+}
+
 bool prepareFolder(const juce::String& folder, juce::String& error)
 {
     const char* path = folder.toRawUTF8();
@@ -29,12 +66,16 @@ bool prepareFolder(const juce::String& folder, juce::String& error)
         error = "cannot read " + folder;
         return false;
     }
-    if (!S_ISDIR(info.st_mode) || info.st_uid != geteuid() || (info.st_mode & 077) != 0)
-    {
-        error = "refusing " + folder + ": not a folder of this user with mode 0700";
-        return false;
-    }
-    return true;
+    return isSafe(folder, info, error);
+}
+
+// 1 safe, 0 missing, -1 refused.
+int checkFolder(const juce::String& folder, juce::String& error)
+{
+    struct stat info = {};
+    if (lstat(folder.toRawUTF8(), &info) != 0)
+        return 0;
+    return isSafe(folder, info, error) ? 1 : -1;
 }
 
 bool keepsAsIs(juce::juce_wchar c, bool first)
@@ -52,13 +93,18 @@ juce::String BusFolder::busDirectoryName()
 
 juce::String BusFolder::path()
 {
-    return "/tmp/lmcom-" + juce::String((int)getuid()) + "/" + encodeName(busDirectoryName()) + "/";
+    return topFolder() + "/" + encodeName(busDirectoryName()) + "/";
+}
+
+bool BusFolder::check(juce::String& error)
+{
+    error.clear();
+    return checkFolder(topFolder(), error) == 1 && checkFolder(path().dropLastCharacters(1), error) == 1;
 }
 
 bool BusFolder::prepare(juce::String& folderPath, juce::String& error)
 {
-    const auto top = "/tmp/lmcom-" + juce::String((int)getuid());
-    if (!prepareFolder(top, error))
+    if (!prepareFolder(topFolder(), error))
         return false;
     const auto bus = path();
     if (!prepareFolder(bus.dropLastCharacters(1), error))
@@ -100,7 +146,7 @@ juce::String BusFolder::decodeName(const juce::String& encoded)
         else
             bytes.writeByte(text[i]);
     }
-    return juce::String::fromUTF8((const char*)bytes.getData(), (int)bytes.getDataSize());
+    return LmComDetail::decodeUtf8(static_cast<const unsigned char*>(bytes.getData()), bytes.getDataSize());
 }
 
 } // namespace Platform

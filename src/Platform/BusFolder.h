@@ -17,7 +17,12 @@ struct BusFolder
         (ending with a slash); otherwise sets error. */
     static bool prepare(juce::String& path, juce::String& error);
 
-    /** The folder's path without checking or making it (for lookups). */
+    /** Checks the folders of the current bus without making them: true when both exist and
+        are safe to use. Otherwise false, with error saying who owns a refused folder and what
+        to do (empty when the bus simply has no folder yet). Every lookup checks first. */
+    static bool check(juce::String& error);
+
+    /** The folder's path without checking or making it. */
     static juce::String path();
 
     /** A name as a single file-name component: letters, digits, '.', '_' and '-' stay; every

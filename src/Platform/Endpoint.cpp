@@ -1,6 +1,8 @@
 #include "Platform/Endpoint.h"
 
 #include "Platform/BusFolder.h"
+
+#include "Message/detail/Utf8.h"
 #include "Platform/PosixCall.h"
 
 #include <juce_events/juce_events.h>
@@ -103,23 +105,48 @@ bool makeAddress(const juce::String& path, sockaddr_un& address, socklen_t& leng
     return true;
 }
 
+// A lock file is opened without following a link or waiting on a FIFO planted in its place,
+// and only a regular file counts.
+int openLockFile(const juce::String& path, int flags)
+{
+    auto opened = posixCall(
+        [&] { return ::open(path.toRawUTF8(), flags | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0600); });
+    if (opened.failed())
+        return -1;
+    struct stat info = {};
+    if (fstat(opened.value, &info) != 0 || !S_ISREG(info.st_mode))
+    {
+        close(opened.value);
+        errno = EINVAL;
+        return -1;
+    }
+    return opened.value;
+}
+
 // An endpoint lives while its owner holds the exclusive lock on its lock file; the kernel
 // drops the lock when the owner closes it or dies.
 bool isAliveStem(const juce::String& stem)
 {
-    auto opened = posixCall([&] { return ::open((stem + ".lock").toRawUTF8(), O_RDONLY | O_CLOEXEC); });
-    if (opened.failed())
+    const int fd = openLockFile(stem + ".lock", O_RDONLY);
+    if (fd < 0)
         return false;
-    const bool free = flock(opened.value, LOCK_SH | LOCK_NB) == 0;
-    close(opened.value);
+    const bool free = flock(fd, LOCK_SH | LOCK_NB) == 0;
+    close(fd);
     return !free;
+}
+
+// The socket path of a name, only when the bus folder is safe to use.
+bool checkedAddress(const juce::String& name, sockaddr_un& address, socklen_t& length)
+{
+    juce::String error;
+    return BusFolder::check(error) && makeAddress(fileStem(BusFolder::path(), name) + ".sock", address, length);
 }
 
 SocketPtr connectTo(const juce::String& name)
 {
     sockaddr_un address;
     socklen_t length;
-    if (!makeAddress(fileStem(BusFolder::path(), name) + ".sock", address, length))
+    if (!checkedAddress(name, address, length))
         return nullptr;
     auto made = posixCall([] { return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0); });
     if (made.failed())
@@ -317,6 +344,10 @@ void Endpoint::processBacklogs()
 // anything newer (serve() takes the backlog first).
 static void scheduleBacklogs()
 {
+    // Only the message thread keeps messages aside (waitFor), and only it may read a backlog or
+    // use an Endpoint* once the registry lock is released: endpoints close on that thread.
+    if (!onMessageThread())
+        return;
     bool pending = false;
     for (auto id : openIds())
         if (auto* endpoint = findOpen(id))
@@ -384,13 +415,12 @@ std::unique_ptr<Endpoint> Endpoint::open(const juce::String& name, Handler handl
     const auto stem = fileStem(folder, name);
 
     auto impl = std::make_unique<Impl>();
-    auto locked = posixCall([&] { return ::open((stem + ".lock").toRawUTF8(), O_RDWR | O_CREAT | O_CLOEXEC, 0600); });
-    if (locked.failed())
+    impl->lockFd = openLockFile(stem + ".lock", O_RDWR | O_CREAT);
+    if (impl->lockFd < 0)
     {
-        error = "cannot open " + stem + ".lock: " + juce::String(locked.message());
+        error = "cannot open " + stem + ".lock: " + juce::String(std::strerror(errno)) + " (it must be a regular file)";
         return nullptr;
     }
-    impl->lockFd = locked.value;
     if (posixCall([&] { return flock(impl->lockFd, LOCK_EX | LOCK_NB); }).failed())
     {
         close(impl->lockFd);
@@ -448,7 +478,8 @@ Endpoint::~Endpoint()
 
 bool Endpoint::isAlive(const juce::String& name)
 {
-    return isAliveStem(fileStem(BusFolder::path(), name));
+    juce::String error;
+    return BusFolder::check(error) && isAliveStem(fileStem(BusFolder::path(), name));
 }
 
 bool Endpoint::exists(const juce::String& name)
@@ -510,7 +541,7 @@ bool Endpoint::send(const juce::String& name, const WindowMessage& message)
 
     sockaddr_un address;
     socklen_t length;
-    if (!makeAddress(fileStem(BusFolder::path(), name) + ".sock", address, length))
+    if (!checkedAddress(name, address, length))
         return false;
     auto made = posixCall([] { return socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0); });
     if (made.failed())
@@ -567,13 +598,16 @@ std::vector<Endpoint::Listing> Endpoint::list()
     // Read with readdir: JUCE's directory iterator takes a socket for a folder (S_IFSOCK
     // contains the S_IFDIR bit) and would list none.
     std::vector<Listing> listing;
+    juce::String error;
+    if (!BusFolder::check(error))
+        return listing;
     const juce::String folder = BusFolder::path();
     DIR* directory = opendir(folder.toRawUTF8());
     if (directory == nullptr)
         return listing;
     while (const dirent* entry = readdir(directory))
     {
-        const juce::String file = juce::String::fromUTF8(entry->d_name);
+        const juce::String file = LmComDetail::decodeUtf8(entry->d_name);
         struct stat info = {};
         if (!file.endsWith(".sock") || lstat((folder + file).toRawUTF8(), &info) != 0 || !S_ISSOCK(info.st_mode))
             continue;

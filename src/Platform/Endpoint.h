@@ -81,7 +81,8 @@ public:
         juce::String name;
         bool alive;
     };
-    /** The endpoints present in the bus folder, and whether each is alive. */
+    /** The endpoints present in the bus folder, and whether each is alive; none when the
+        folder is refused (BusFolder::check tells why). */
     static std::vector<Listing> list();
 
     /** Handles messages kept aside while this process waited. Message thread. */

@@ -1,5 +1,7 @@
 #include "Platform/Environment.h"
 
+#include "Message/detail/Utf8.h"
+
 #include <cstdlib>
 
 namespace Platform
@@ -8,7 +10,7 @@ namespace Platform
 static juce::String readVariable(const char* name)
 {
     const char* value = std::getenv(name);
-    return value != nullptr ? juce::String::fromUTF8(value) : juce::String();
+    return LmComDetail::decodeUtf8(value);
 }
 
 juce::String Environment::busName()

@@ -2,6 +2,7 @@
 
 #include "Platform/Environment.h"
 #include "Platform/IniFile.h"
+#include "Platform/RegularFile.h"
 
 #if LMCOM_HAVE_FONTCONFIG
 #include <fontconfig/fontconfig.h>
@@ -45,8 +46,8 @@ int FontLoader::loadFontList(const juce::String& listPath)
     int registered = 0;
     for (const auto& font : listedFonts(listPath))
     {
-        // fontconfig reads the file itself and refuses what is not a font.
-        if (juce::File(font).existsAsFile()
+        // fontconfig reads the file itself and refuses what is not a font; a FIFO would block it.
+        if (RegularFile::isRegular(font.toRawUTF8())
             && FcConfigAppFontAddFile(nullptr, reinterpret_cast<const FcChar8*>(font.toRawUTF8())) == FcTrue)
             ++registered;
     }

@@ -1,5 +1,8 @@
 #include "Platform/IniFile.h"
 
+#include "Message/detail/Utf8.h"
+#include "Platform/RegularFile.h"
+
 #include <ini.h>
 
 #include <cerrno>
@@ -11,7 +14,11 @@ namespace Platform
 
 IniFile::IniFile(const juce::String& path)
 {
-    m_bLoaded = ini_parse(path.toRawUTF8(), &IniFile::onValue, this) >= 0;
+    juce::MemoryBlock content;
+    if (RegularFile::read(path.toRawUTF8(), kMaxBytes, content) != RegularFile::Status::read)
+        return;
+    content.append("", 1); // the parser reads up to a zero byte
+    m_bLoaded = ini_parse_string(static_cast<const char*>(content.getData()), &IniFile::onValue, this) >= 0;
 }
 
 int IniFile::onValue(void* user, const char* section, const char* name, const char* value)
@@ -27,7 +34,7 @@ juce::String IniFile::getString(const juce::String& section, const juce::String&
     auto it = m_values.find({section.toStdString(), key.toStdString()});
     if (it == m_values.end())
         return defaultValue;
-    return juce::String::fromUTF8(it->second.c_str(), (int)it->second.size());
+    return LmComDetail::decodeUtf8(it->second);
 }
 
 int IniFile::getInt(const juce::String& section, const juce::String& key, int defaultValue) const

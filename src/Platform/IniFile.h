@@ -16,7 +16,11 @@ namespace Platform
 class IniFile
 {
 public:
-    /** Reads the file at a real path (see Environment::resolve for system paths). */
+    /** Configuration files are small; a larger one is not read. */
+    static constexpr juce::int64 kMaxBytes = 1024 * 1024;
+
+    /** Reads the file at a real path (see Environment::resolve for system paths). Only a
+        regular file of at most kMaxBytes is read. */
     explicit IniFile(const juce::String& path);
 
     /** True when the file existed and could be read. */

@@ -2,6 +2,7 @@
 
 #include <LmCom.h>
 
+#include <cfloat>
 #include <climits>
 #include <cmath>
 
@@ -70,6 +71,19 @@ TEST_F(BundleTest, PutsAndConversions)
     EXPECT_TRUE(b->getBool("yes", false));
     EXPECT_EQ(b->getInt("huge", 0), INT_MAX);
     EXPECT_EQ(b->getInt("nan", 7), 0);
+    b->putDouble("inf", -INFINITY);
+    EXPECT_EQ(b->getString("nan", {}), "nan");
+    EXPECT_EQ(b->getString("inf", {}), "-inf");
+    EXPECT_EQ(b->getString("huge", {}), juce::var(1e300).toString());
+    b->putString("e", "1E9999999999");
+    b->putString("-e", "-1e99999");
+    b->putString("tiny", "1e-99999");
+    b->putString("text", " 2.5x");
+    EXPECT_EQ(b->getDouble("e", 0), DBL_MAX);
+    EXPECT_EQ(b->getDouble("-e", 0), -DBL_MAX);
+    EXPECT_EQ(b->getDouble("tiny", 1), 0.0);
+    EXPECT_EQ(b->getDouble("text", 0), 2.5);
+    EXPECT_EQ(b->getDouble("yes", 1), 0.0);
     EXPECT_EQ(b->getByteArray("t"), nullptr);
     b->putByteArray("x", "\x01\x02\x03", 3);
     ASSERT_NE(b->getByteArray("x"), nullptr);

@@ -3,6 +3,8 @@
 #include <LmCom.h>
 #include <Utils/detail/CMultiCharacterTable.h>
 
+#include <set>
+
 namespace
 {
 juce::String utf8(const char* text)
@@ -97,4 +99,32 @@ TEST(CMultiCharacterTest, LowLettersAndExtendedCharacters)
     EXPECT_EQ(variants, utf8("\xD0\x96\xD0\xB6"));
     EXPECT_EQ(helper.GetExtendCharacter(L'#', variants), 0);
     EXPECT_EQ(variants, utf8("\xD0\x96\xD0\xB6"));
+}
+
+// Property over every character below U+3000 (the rows live far below): a character in a fold
+// row folds to the row's key, which folds to itself; any other character is kept (the
+// apostrophe excepted). Characters in two rows (the blank) belong to the first.
+TEST(CMultiCharacterTest, EveryCharacterOfAFoldRowFoldsToTheRowsKey)
+{
+    auto& helper = CMultiCharacter::GetInstance();
+    std::set<juce::juce_wchar> keys;
+    for (juce::juce_wchar c = 1; c < 0x3000; ++c)
+    {
+        const auto text = juce::String::charToString(c);
+        juce::String row;
+        if (helper.GetExtendCharacter((wchar_t)c, row) == 0)
+        {
+            if (c != '\'')
+            {
+                ASSERT_EQ(folded(text), text) << std::hex << c;
+            }
+            continue;
+        }
+        const auto key = juce::String::charToString(row[0]);
+        ASSERT_TRUE(row.containsChar(c)) << std::hex << c;
+        ASSERT_EQ(folded(text), key) << std::hex << c;
+        ASSERT_EQ(folded(key), key) << std::hex << c;
+        keys.insert(row[0]);
+    }
+    EXPECT_EQ(keys.size(), 26u + 24u + 35u); // Latin, Greek, Cyrillic
 }

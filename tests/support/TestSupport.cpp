@@ -13,7 +13,9 @@
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
+#include <future>
 #include <map>
+#include <thread>
 
 namespace LmComTesting
 {
@@ -167,6 +169,20 @@ int runChildRole(const std::string& name, const std::vector<std::string>& args)
         return 127;
     }
     return it->second(args);
+}
+
+bool finishesWithin(int timeoutMs, std::function<void()> work)
+{
+    auto done = std::make_shared<std::promise<void>>();
+    auto finished = done->get_future();
+    std::thread(
+        [done, work = std::move(work)]
+        {
+            work();
+            done->set_value();
+        })
+        .detach();
+    return finished.wait_for(std::chrono::milliseconds(timeoutMs)) == std::future_status::ready;
 }
 
 } // namespace LmComTesting

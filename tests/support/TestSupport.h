@@ -52,6 +52,10 @@ Parcel::Ptr parcelOf(const std::string& hexText);
 /** The hex text of a Parcel's data. */
 std::string bytesOf(const Parcel::Ptr& parcel);
 
+/** Runs work on a thread of its own and waits up to timeoutMs for it; false when it is still
+    running (the thread is then left behind, so a test of a hang fails instead of hanging). */
+bool finishesWithin(int timeoutMs, std::function<void()> work);
+
 /** A role that a child process of the test binary can play: argv after the role name in,
     exit status out. */
 using ChildRole = std::function<int(const std::vector<std::string>& args)>;

@@ -2,6 +2,8 @@
 
 #include <LmCom.h>
 
+#include "Message/detail/Utf8.h"
+
 namespace LmComTool
 {
 
@@ -12,14 +14,14 @@ int AppTypeNames::parse(const std::string& word)
         const int value = word.size() <= 2 ? std::stoi(word) : -1;
         return value < kCount ? value : -1;
     }
-    const juce::String text = juce::String::fromUTF8(word.c_str());
+    const juce::String text = LmComDetail::decodeUtf8(word);
     if (text.isEmpty())
         return -1;
     for (const bool exact : {true, false})
         for (int type = 0; type < kCount; ++type)
         {
             const juce::String printableName(appTypeName(type));
-            const juce::String destination = juce::String::fromUTF8(getDestName(type));
+            const juce::String destination = LmComDetail::decodeUtf8(getDestName(type));
             const auto same = [&](const juce::String& name)
             { return name.isNotEmpty() && (exact ? name == text : name.equalsIgnoreCase(text)); };
             if (same(printableName) || same(destination))
@@ -37,7 +39,7 @@ std::string AppTypeNames::printable(int type)
 int AppTypeNames::typeOfTitle(const juce::String& title)
 {
     for (int type = 0; type < kCount; ++type)
-        if (juce::String::fromUTF8(getDestName(type)) == title)
+        if (LmComDetail::decodeUtf8(getDestName(type)) == title)
             return type;
     return -1;
 }

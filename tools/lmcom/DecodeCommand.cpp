@@ -7,6 +7,8 @@
 
 #include <LmCom.h>
 
+#include "Platform/RegularFile.h"
+
 #include <cstdio>
 
 namespace LmComTool
@@ -100,14 +102,22 @@ std::vector<unsigned char> DecodeCommand::input(const Arguments& arguments, cons
         return bytes;
     }
     const std::string path = text.substr(1);
-    const auto file = juce::File::getCurrentWorkingDirectory().getChildFile(juce::String::fromUTF8(path.c_str()));
-    if (!file.existsAsFile())
-        throw CommandFailure("lmcom: " + arguments.command() + ": no such file: " + path);
-    if (file.getSize() > kMaxInputBytes)
-        throw CommandFailure("lmcom: " + arguments.command() + ": " + path + " is larger than 64 MiB");
+    // The path's own bytes are used: a name need not be UTF-8.
     juce::MemoryBlock block;
-    if (!file.loadFileAsData(block))
-        throw CommandFailure("lmcom: " + arguments.command() + ": cannot read " + path);
+    const auto failure = "lmcom: " + arguments.command() + ": ";
+    switch (Platform::RegularFile::read(path.c_str(), kMaxInputBytes, block))
+    {
+    case Platform::RegularFile::Status::read:
+        break;
+    case Platform::RegularFile::Status::missing:
+        throw CommandFailure(failure + "no such file: " + path);
+    case Platform::RegularFile::Status::notRegular:
+        throw CommandFailure(failure + path + " is not a regular file");
+    case Platform::RegularFile::Status::tooLarge:
+        throw CommandFailure(failure + path + " is larger than 64 MiB");
+    case Platform::RegularFile::Status::failed:
+        throw CommandFailure(failure + "cannot read " + path);
+    }
     auto* data = static_cast<const unsigned char*>(block.getData());
     bytes.assign(data, data + block.getSize());
     return bytes;

@@ -3,7 +3,9 @@
 #include "AppTypeNames.h"
 #include "JsonWriter.h"
 #include "ObjectTree.h"
+#include "UsageError.h"
 
+#include "Platform/BusFolder.h"
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
 
@@ -48,6 +50,9 @@ int ListCommand::run(const Arguments& arguments)
                   return ta != tb ? ta < tb : a.title < b.title;
               });
 
+    juce::String refused;
+    if (rows.empty() && !Platform::BusFolder::check(refused) && refused.isNotEmpty())
+        throw CommandFailure("lmcom: list: " + refused.toStdString());
     if (rows.empty())
     {
         const auto bus = Platform::Environment::busName();

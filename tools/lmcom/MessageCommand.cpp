@@ -4,8 +4,11 @@
 #include "Hex.h"
 #include "UsageError.h"
 
+#include "Platform/BusFolder.h"
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
+
+#include "Message/detail/Utf8.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -32,9 +35,10 @@ std::string busLabel()
 
 juce::String utf8(const Arguments& arguments, const std::string& text, const std::string& what)
 {
-    if (!juce::CharPointer_UTF8::isValidString(text.c_str(), (int)text.size()))
+    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
+    if (!LmComDetail::isValidUtf8(bytes, text.size()))
         arguments.fail(what + " is not valid UTF-8");
-    return juce::String::fromUTF8(text.c_str(), (int)text.size());
+    return LmComDetail::decodeUtf8(bytes, text.size());
 }
 
 // The ring is made by the first process of a bus: mapping it where nobody listens would make
@@ -128,6 +132,9 @@ int MessageCommand::deliver(const Arguments& arguments, bool synchronous)
 
     const std::string name = getDestName(dest);
     const std::string command = arguments.command();
+    juce::String refused;
+    if (!Platform::BusFolder::check(refused) && refused.isNotEmpty())
+        throw CommandFailure("lmcom: " + command + ": " + refused.toStdString());
     if (name.empty() || !Platform::Endpoint::exists(name))
         throw CommandFailure("lmcom: " + command + ": no live endpoint '" + name + "' (" + AppTypeNames::printable(dest)
                              + ") on bus '" + busLabel() + "'");

@@ -2,6 +2,12 @@
 
 #include <juce_core/juce_core.h>
 
+#include <cstring>
+#include <string>
+
+// The one way text from outside (the environment, arguments, files, directory entries, the ring)
+// becomes a juce::String. JUCE's own UTF-8 constructors trust their input: an overlong NUL
+// (C0 80) makes them write past their buffer, and a stray byte makes later operations misbehave.
 namespace LmComDetail
 {
 
@@ -68,6 +74,35 @@ inline juce::String decodeUtf8(const unsigned char* p, size_t n)
     chars.add(0);
     return juce::String(
         juce::CharPointer_UTF32(reinterpret_cast<const juce::CharPointer_UTF32::CharType*>(chars.getRawDataPointer())));
+}
+
+/** The same, for a zero-terminated text (null gives ""). */
+inline juce::String decodeUtf8(const char* text)
+{
+    return text != nullptr ? decodeUtf8(reinterpret_cast<const unsigned char*>(text), std::strlen(text))
+                           : juce::String();
+}
+
+/** The same, for the bytes of a std::string (up to its first zero byte). */
+inline juce::String decodeUtf8(const std::string& text)
+{
+    return decodeUtf8(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+}
+
+/** A juce::String whose bytes may have been made by an unchecked constructor, re-read through
+    the decoder; valid text comes back as it was. */
+inline juce::String checkedText(const juce::String& text)
+{
+    return decodeUtf8(text.toRawUTF8());
+}
+
+/** Whether n bytes are well-formed UTF-8 without a zero byte (what decodeUtf8 keeps as it is). */
+inline bool isValidUtf8(const unsigned char* p, size_t n)
+{
+    if (std::memchr(p, 0, n) != nullptr)
+        return false;
+    const auto decoded = decodeUtf8(p, n);
+    return decoded.getNumBytesAsUTF8() == n && std::memcmp(decoded.toRawUTF8(), p, n) == 0;
 }
 
 } // namespace LmComDetail

@@ -3,6 +3,10 @@
 #include "support/AppPeer.h"
 #include "support/ChildProcess.h"
 
+#include "Platform/Endpoint.h"
+
+#include <array>
+
 using namespace LmComTesting;
 
 namespace
@@ -154,4 +158,30 @@ TEST_F(MainServiceManagerTest, ACopyFlushesTheSameBufferedMessagesAgain)
                   std::make_tuple(5100, std::string("twice")));
         EXPECT_EQ(requests[2 * round + 1].code, 5101);
     }
+}
+
+namespace
+{
+struct RecordingService : AppServiceCallBack
+{
+    void remoteCallBack(const AppMessage::Ptr& message) override
+    {
+        seen.push_back({message->intParameter1, message->intParameter2, message->intParameter3,
+                        message->pointerParameter != nullptr ? 1 : 0});
+    }
+    std::vector<std::array<int, 4>> seen;
+};
+} // namespace
+
+// What arrives without a RemoteMessage (an invalid record, another message number) reaches
+// the service callback as the three numbers.
+TEST_F(MainServiceManagerTest, MessagesWithoutARecordReachTheCallBackAsNumbers)
+{
+    RecordingService service;
+    MainServiceManager manager(&service, kRadio, Pubhead::eAppType::AppMain, true);
+    ASSERT_TRUE(Platform::Endpoint::post("Radio", {32778, 0, 5, 0}));
+    ASSERT_TRUE(Platform::Endpoint::post("Radio", {1024, -1, 7, 0}));
+    ASSERT_TRUE(loop->runUntil([&] { return service.seen.size() == 2; }));
+    EXPECT_EQ(service.seen[0], (std::array<int, 4>{32778, 0, 5, 0}));
+    EXPECT_EQ(service.seen[1], (std::array<int, 4>{1024, -1, 7, 0}));
 }
