@@ -1,5 +1,6 @@
 #include "Tool.h"
 
+#include "BoardCommand.h"
 #include "DecodeCommand.h"
 #include "ListCommand.h"
 #include "MessageCommand.h"
@@ -41,6 +42,8 @@ const std::vector<Command>& commands()
          &MessageCommand::runBroadcast},
         {"decode", "print what a byte string holds (parcel, pgn)", DecodeCommand::kUsage, DecodeCommand::kHelp, "",
          &DecodeCommand::options, &DecodeCommand::run},
+        {"board", "the board profile's device map and the board's versions", BoardCommand::kUsage, BoardCommand::kHelp,
+         "", &BoardCommand::options, &BoardCommand::run},
     };
     return table;
 }
