@@ -43,5 +43,13 @@
 #include "Navico/PGNPacket.h"
 
 #include "Utils/AppConfig.h"
+#include "Utils/BSPInfo.h"
 #include "Utils/CMultiCharacter.h"
+#include "Utils/CSerialInternalEx.h"
+#include "Utils/CameraControl.h"
 #include "Utils/CorvaneConfig.h"
+#include "Utils/ExternalDeviceState.h"
+#include "Utils/GpioFunc.h"
+#include "Utils/I2CDevice.h"
+#include "Utils/SerialPort.h"
+#include "Utils/VideoIn.h"

@@ -3,6 +3,8 @@
 #include "Message/detail/Utf8.h"
 #include "Platform/BoardProfile.h"
 
+#include <sys/stat.h>
+
 #include <mutex>
 
 namespace Platform
@@ -94,9 +96,14 @@ public:
 private:
     juce::String read(const juce::String& path) const
     {
-        juce::File file(m_root + path);
-        juce::FileInputStream in(file);
-        if (!in.openedOk() || !file.existsAsFile())
+        const auto full = m_root + path;
+        struct stat info
+        {
+        };
+        if (::stat(full.toRawUTF8(), &info) != 0 || !S_ISREG(info.st_mode))
+            return {};
+        juce::FileInputStream in{juce::File(full)};
+        if (!in.openedOk())
             return {};
         juce::MemoryBlock bytes;
         in.readIntoMemoryBlock(bytes, kMaxSystemFileBytes);

@@ -3,6 +3,10 @@
 #include "Message/detail/Utf8.h"
 #include "Platform/Environment.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
+
 namespace Platform
 {
 
@@ -18,11 +22,16 @@ juce::String decoded(const char* begin, const char* end)
 juce::MemoryBlock readProfile()
 {
     juce::MemoryBlock text;
-    juce::FileInputStream in(juce::File(Environment::resolve(BoardProfile::kProfilePath)));
+    const auto path = Environment::resolve(BoardProfile::kProfilePath);
     // A FIFO or a device in place of the file gives nothing rather than a wait or a flood.
-    if (!in.openedOk() || !in.getFile().existsAsFile())
+    struct stat info
+    {
+    };
+    if (::stat(path.toRawUTF8(), &info) != 0 || !S_ISREG(info.st_mode))
         return text;
-    in.readIntoMemoryBlock(text, kMaxProfileBytes);
+    juce::FileInputStream in{juce::File(path)};
+    if (in.openedOk())
+        in.readIntoMemoryBlock(text, kMaxProfileBytes);
     return text;
 }
 } // namespace

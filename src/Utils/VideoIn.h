@@ -11,8 +11,8 @@
     show() starts a one-shot timer; when it fires the video is shown. Showing the same
     rectangle again while shown does nothing; a new one shows again after the delay; hide()
     cancels a pending show. Without the library every operation returns true and does
-    nothing. Message thread only (the timer's). Copying moves the object: the source is left
-    empty and its operations do nothing.
+    nothing. show and hide run on the message thread only (the timer's). Copying moves the
+    object: the source is left empty and its operations do nothing.
 */
 class VideoIn
 {
@@ -56,20 +56,4 @@ public:
 private:
     class Pimpl;
     std::unique_ptr<Pimpl> m_pImpl;
-};
-
-/** Takes the camera back from whatever else drives it, through the board. Copying moves it. */
-class CameraControl
-{
-public:
-    CameraControl();
-    CameraControl(CameraControl& other);
-    CameraControl& operator=(CameraControl& other);
-    virtual ~CameraControl();
-
-    /** False when the board has no such control (Linux boards have none). */
-    bool retrieveControl();
-
-private:
-    std::unique_ptr<unsigned char> m_pFlag;
 };

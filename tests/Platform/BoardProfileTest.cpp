@@ -3,6 +3,8 @@
 
 #include "Platform/BoardProfile.h"
 
+#include <sys/stat.h>
+
 using namespace LmComTesting;
 using Platform::BoardProfile;
 
@@ -63,6 +65,11 @@ TEST_F(BoardProfileTest, HostileProfilesGiveNoEntriesRatherThanFailures)
     auto entries = BoardProfile::parse(juce::MemoryBlock(bad, sizeof bad - 1));
     ASSERT_EQ(entries.size(), 1u);
     EXPECT_EQ(entries[0].first, juce::String(juce::CharPointer_UTF8("COM\xef\xbf\xbd:")));
+
+    // A FIFO in place of the profile is no profile (and no wait for a writer).
+    ASSERT_EQ(mkfifo(systemFile(BoardProfile::kProfilePath).getFullPathName().toRawUTF8(), 0600), 0);
+    EXPECT_EQ(BoardProfile::deviceNode("COM2:"), "");
+    systemFile(BoardProfile::kProfilePath).deleteFile();
 
     // Only the first 64 KiB of a huge profile count.
     juce::String huge = "[devices]\n";

@@ -228,6 +228,8 @@ TEST_F(SerialPortTest, CloseWhileDataFlowsAndCloseWithAHungCallback)
     auto port = std::make_unique<SerialPort>(recorder.get());
     ASSERT_TRUE(port->open(m_pty.slave, 115200));
     std::atomic<bool> flowing{true};
+    // Non-blocking: with the port closed nobody drains the line, and the writer must still end.
+    ASSERT_EQ(fcntl(m_pty.master, F_SETFL, fcntl(m_pty.master, F_GETFL) | O_NONBLOCK), 0);
     std::thread writer(
         [&]
         {

@@ -4,6 +4,7 @@
 #include "support/TestSupport.h"
 
 #include "Platform/Endpoint.h"
+#include "Utils/CameraControl.h"
 #include "Utils/VideoIn.h"
 
 #include <dlfcn.h>
