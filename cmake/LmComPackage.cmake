@@ -17,7 +17,7 @@ configure_package_config_file(cmake/LmComConfig.cmake.in
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/LmCom)
 write_basic_package_version_file("${CMAKE_CURRENT_BINARY_DIR}/LmComConfigVersion.cmake"
     COMPATIBILITY SameMinorVersion)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/LmComConfig.cmake" cmake/LmComInih.cmake
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/LmComConfig.cmake" cmake/LmComSystemLibraries.cmake
     "${CMAKE_CURRENT_BINARY_DIR}/LmComConfigVersion.cmake"
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/LmCom)
 
@@ -28,7 +28,7 @@ if(BUILD_SHARED_LIBS)
 else()
     set(LMCOM_PC_REQUIRES_FIELD Requires)
 endif()
-set(LMCOM_PC_REQUIRES inih)
+set(LMCOM_PC_REQUIRES "inih libgpiod")
 find_package(Fontconfig QUIET)
 if(Fontconfig_FOUND)
     string(APPEND LMCOM_PC_REQUIRES " fontconfig")

@@ -8,6 +8,7 @@ packages=(
     juce-modules-source zlib1g-dev
     libinih-dev nlohmann-json3-dev
     libfontconfig-dev fonts-dejavu-core
+    libgpiod-dev socat
     libgtest-dev libbenchmark-dev
     clang-format clang libclang-rt-dev
     python3 unicode-data

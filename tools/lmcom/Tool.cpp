@@ -1,5 +1,6 @@
 #include "Tool.h"
 
+#include "BoardCommand.h"
 #include "CleanCommand.h"
 #include "DecodeCommand.h"
 #include "ListCommand.h"
@@ -47,6 +48,8 @@ const std::vector<Command>& commands()
          "", &DecodeCommand::options, &DecodeCommand::run},
         {"settings", "read and write the settings store (list, get, set)", SettingsCommand::kUsage,
          SettingsCommand::kHelp, "", &SettingsCommand::options, &SettingsCommand::run},
+        {"board", "the board profile's device map and the board's versions", BoardCommand::kUsage, BoardCommand::kHelp,
+         "", &BoardCommand::options, &BoardCommand::run},
     };
     return table;
 }
