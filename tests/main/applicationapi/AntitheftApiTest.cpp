@@ -1,0 +1,21 @@
+// AntitheftApi: made with its command and view callbacks; no codes of its own, and its answers to
+// the common notifications.
+#include "support/ApiHarness.h"
+
+#include "main/applicationapi/AntitheftApi.h"
+
+using namespace LmComTesting;
+
+using AntitheftApiTest = ApiTest;
+
+TEST_F(AntitheftApiTest, CallBacksAndNotifications)
+{
+    RecordingCallBacks callBacks;
+    AntitheftApi api(&callBacks, &callBacks);
+    Recorder<AntitheftCallBack> callBack;
+    api.bindCallBack(&callBack);
+    expectConstructorCallBacks(api, callBacks);
+    expectCommands(api, {});
+    expectIncoming(api, callBack.log, {{1175, 1, 2, nullptr, ""}, {1636, 1, 2, nullptr, ""}});
+    expectCommonNotifications(api, callBack.log, "command", true);
+}

@@ -1,0 +1,21 @@
+// EQApi: made with its command and view callbacks; no codes of its own, and its answers to
+// the common notifications.
+#include "support/ApiHarness.h"
+
+#include "main/applicationapi/EQApi.h"
+
+using namespace LmComTesting;
+
+using EQApiTest = ApiTest;
+
+TEST_F(EQApiTest, CallBacksAndNotifications)
+{
+    RecordingCallBacks callBacks;
+    EQApi api(&callBacks, &callBacks);
+    Recorder<EQCallBack> callBack;
+    api.bindCallBack(&callBack);
+    expectConstructorCallBacks(api, callBacks);
+    expectCommands(api, {});
+    expectIncoming(api, callBack.log, {{1175, 1, 2, nullptr, ""}, {1636, 1, 2, nullptr, ""}});
+    expectCommonNotifications(api, callBack.log, "command", true);
+}
