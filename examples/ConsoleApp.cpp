@@ -17,10 +17,10 @@ void say(const char* text, int value)
     std::fflush(stdout);
 }
 
-class AuxInApi : public AppServiceApi, private ViewCallBack, private AppCmdCallBack
+class AuxInApp : public AppServiceApi, private ViewCallBack, private AppCmdCallBack
 {
 public:
-    AuxInApi() : AppServiceApi(Pubhead::eAppType::AppAuxIn, true), m_response(getGeneralService())
+    AuxInApp() : AppServiceApi(Pubhead::eAppType::AppAuxIn, true), m_response(getGeneralService())
     {
         setGeneralResponse(&m_response);
         bindViewCallBack(this); // after setGeneralResponse: the response holds it
@@ -83,7 +83,7 @@ int main()
     juce::ScopedJuceInitialiser_GUI juce; // this thread becomes JUCE's message thread
     int status = 0;
     {
-        AuxInApi api;
+        AuxInApp api;
         if (api.getNativeHandle() == nullptr) // another auxiliary input holds the endpoint
             status = 1;
         else
