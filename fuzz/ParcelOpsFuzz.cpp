@@ -2,7 +2,7 @@
 // bounds and every write lands where the cursor says.
 #include <LmCom.h>
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 
 #include <cstring>
 

@@ -1,7 +1,7 @@
 // Any bytes as outside text: the checked decoder, command lines and the character helper.
 #include <LmCom.h>
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, size_t size)
 {

@@ -1,7 +1,7 @@
 #include "Message/CmdLineHelper.h"
 
 #include "Message/MsgSession.h"
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 
 #include <climits>
 

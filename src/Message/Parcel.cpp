@@ -1,7 +1,7 @@
 #include "Message/Parcel.h"
 
 #include "Message/Bundle.h"
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/RegularFile.h"
 
 #include <climits>

@@ -1,7 +1,7 @@
 #include "Navico/PGNHelper.h"
 
 #include "LogBridge.h"
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 
 namespace
 {

@@ -1,6 +1,6 @@
 #include "Platform/Board.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/BoardProfile.h"
 
 #include <sys/stat.h>

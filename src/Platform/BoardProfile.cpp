@@ -1,6 +1,6 @@
 #include "Platform/BoardProfile.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/Environment.h"
 
 #include <sys/stat.h>

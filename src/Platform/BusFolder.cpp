@@ -2,7 +2,7 @@
 
 #include "Platform/Environment.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/PosixCall.h"
 
 #include <pwd.h>

@@ -2,7 +2,7 @@
 
 #include "Platform/BusFolder.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/PosixCall.h"
 
 #include <juce_events/juce_events.h>

@@ -1,6 +1,6 @@
 #include "Platform/IniFile.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/RegularFile.h"
 
 #include <ini.h>

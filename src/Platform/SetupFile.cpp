@@ -1,5 +1,7 @@
 #include "Platform/SetupFile.h"
 
+#include <juce_core/juce_core.h>
+
 #include "Platform/PosixCall.h"
 
 #include <fcntl.h>
@@ -79,13 +81,7 @@ bool toNumber(std::string_view word, std::int64_t min, std::int64_t max, std::in
 
 int hexDigit(char c)
 {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
+    return juce::CharacterFunctions::getHexDigitValue((juce::juce_wchar)(unsigned char)c);
 }
 
 /** A quoted text with its escapes; only blanks may follow the closing quote. */

@@ -1,7 +1,7 @@
 #include "Utils/LmShareMem.h"
 
 #include "LogBridge.h"
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Utils/detail/SettingsStore.h"
 
 using LmComDetail::SettingsStore;

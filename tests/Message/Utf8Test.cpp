@@ -3,7 +3,7 @@
 #include "support/TestSupport.h"
 
 #include "Message/CmdLineHelper.h"
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/BusFolder.h"
 #include "Platform/Environment.h"
 #include "Platform/IniFile.h"

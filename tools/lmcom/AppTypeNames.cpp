@@ -2,7 +2,7 @@
 
 #include <LmCom.h>
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 
 namespace LmComTool
 {

@@ -1,5 +1,7 @@
 #include "Hex.h"
 
+#include <juce_core/juce_core.h>
+
 namespace LmComTool
 {
 
@@ -7,13 +9,7 @@ namespace
 {
 int digitValue(char c)
 {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
+    return juce::CharacterFunctions::getHexDigitValue((juce::juce_wchar)(unsigned char)c);
 }
 } // namespace
 

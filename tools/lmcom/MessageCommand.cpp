@@ -8,7 +8,7 @@
 #include "Platform/Endpoint.h"
 #include "Platform/Environment.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 
 #include <cerrno>
 #include <cstdlib>

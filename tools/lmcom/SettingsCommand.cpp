@@ -3,7 +3,7 @@
 #include "JsonWriter.h"
 #include "UsageError.h"
 
-#include "Message/detail/Utf8.h"
+#include "Platform/detail/Utf8.h"
 #include "Platform/Environment.h"
 #include "Platform/SettingsSegment.h"
 #include "Platform/SetupFile.h"
