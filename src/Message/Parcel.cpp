@@ -1,8 +1,8 @@
 #include "Message/Parcel.h"
 
 #include "Message/Bundle.h"
-#include "Platform/detail/Utf8.h"
 #include "Platform/RegularFile.h"
+#include "Platform/detail/Utf8.h"
 
 #include <climits>
 #include <cstring>

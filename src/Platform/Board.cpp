@@ -1,7 +1,7 @@
 #include "Platform/Board.h"
 
-#include "Platform/detail/Utf8.h"
 #include "Platform/BoardProfile.h"
+#include "Platform/detail/Utf8.h"
 
 #include <sys/stat.h>
 

@@ -1,7 +1,7 @@
 #include "Platform/BoardProfile.h"
 
-#include "Platform/detail/Utf8.h"
 #include "Platform/Environment.h"
+#include "Platform/detail/Utf8.h"
 
 #include <sys/stat.h>
 

@@ -2,8 +2,8 @@
 
 #include "Platform/Environment.h"
 
-#include "Platform/detail/Utf8.h"
 #include "Platform/PosixCall.h"
+#include "Platform/detail/Utf8.h"
 
 #include <pwd.h>
 #include <sys/stat.h>

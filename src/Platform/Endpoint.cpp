@@ -2,8 +2,8 @@
 
 #include "Platform/BusFolder.h"
 
-#include "Platform/detail/Utf8.h"
 #include "Platform/PosixCall.h"
+#include "Platform/detail/Utf8.h"
 
 #include <juce_events/juce_events.h>
 

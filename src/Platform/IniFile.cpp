@@ -1,7 +1,7 @@
 #include "Platform/IniFile.h"
 
-#include "Platform/detail/Utf8.h"
 #include "Platform/RegularFile.h"
+#include "Platform/detail/Utf8.h"
 
 #include <ini.h>
 

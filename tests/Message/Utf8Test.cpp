@@ -3,10 +3,10 @@
 #include "support/TestSupport.h"
 
 #include "Message/CmdLineHelper.h"
-#include "Platform/detail/Utf8.h"
 #include "Platform/BusFolder.h"
 #include "Platform/Environment.h"
 #include "Platform/IniFile.h"
+#include "Platform/detail/Utf8.h"
 
 #include <LmCom.h>
 

@@ -3,10 +3,10 @@
 #include "JsonWriter.h"
 #include "UsageError.h"
 
-#include "Platform/detail/Utf8.h"
 #include "Platform/Environment.h"
 #include "Platform/SettingsSegment.h"
 #include "Platform/SetupFile.h"
+#include "Platform/detail/Utf8.h"
 #include "Utils/detail/SettingsStore.h"
 
 #include <cstdio>
