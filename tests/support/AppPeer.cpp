@@ -1,6 +1,7 @@
 // An application process for cross-process tests of the framework (the "app" child role), and
 // the recorders and fixture that the framework tests share.
 #include "support/AppPeer.h"
+#include "support/ChildApplication.h"
 
 namespace LmComTesting
 {
@@ -147,22 +148,10 @@ const juce::String kInfoTitle = juce::String::fromUTF8("Caf\xc3\xa9 \xe5\x8c\x97
 // "READY", then "GOT code p1 p2 handled|unhandled" per message, "CB <call>" per callback,
 // "INFOBAR ..." for a media record forwarded to it, "CONNECTED n" on each acknowledgement (n:
 // connect-succeed log lines so far, also posted as 7777 with param1 n), "QUIT" on request.
-class AppRoleApplication : public juce::JUCEApplicationBase, private juce::Timer
+class AppRoleApplication : public ChildApplication, private juce::Timer
 {
 public:
-    const juce::String getApplicationName() override { return "app"; }
-    const juce::String getApplicationVersion() override { return "1"; }
-    bool moreThanOneInstanceAllowed() override { return true; }
-    void anotherInstanceStarted(const juce::String&) override {}
-    void suspended() override {}
-    void resumed() override {}
-    void unhandledException(const std::exception*, const juce::String&, int) override {}
     void shutdown() override { m_api = nullptr; }
-    void systemRequestedQuit() override
-    {
-        say("QUIT");
-        quit();
-    }
 
     void initialise(const juce::String&) override
     {

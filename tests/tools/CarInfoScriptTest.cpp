@@ -1,5 +1,6 @@
 // The reference main service plays a script of answer frames to a car information application
 // in another process; a hostile script never gets it to read what is not a small regular file.
+#include "support/ChildApplication.h"
 #include "support/ChildProcess.h"
 #include "support/TestSupport.h"
 
@@ -22,22 +23,10 @@ void say(const std::string& line)
 }
 
 // A car information application: "VALUE item value" per decoded value, "QUIT" on request.
-class CarInfoApplication : public juce::JUCEApplicationBase, public CarInfoCallBack, private juce::Timer
+class CarInfoApplication : public ChildApplication, public CarInfoCallBack, private juce::Timer
 {
 public:
-    const juce::String getApplicationName() override { return "carinfo"; }
-    const juce::String getApplicationVersion() override { return "1"; }
-    bool moreThanOneInstanceAllowed() override { return true; }
-    void anotherInstanceStarted(const juce::String&) override {}
-    void suspended() override {}
-    void resumed() override {}
-    void unhandledException(const std::exception*, const juce::String&, int) override {}
     void shutdown() override { m_api = nullptr; }
-    void systemRequestedQuit() override
-    {
-        say("QUIT");
-        quit();
-    }
 
     void initialise(const juce::String&) override
     {
